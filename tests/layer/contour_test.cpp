@@ -1,0 +1,124 @@
+#include "layer/contour.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "support/layer_builders.h"
+
+using testing_support::NewContour;
+using testing_support::PointsOf;
+
+namespace {
+// A stack contour released at the end of a test.
+struct OwnedContour {
+  CONTOUR c;
+  explicit OwnedContour(std::initializer_list<MMPoint2d<long>> pts, unsigned char closed = 1) {
+    std::vector<MMPoint2d<long>> v(pts);
+    c.SetPoints(v.data(), static_cast<int32_t>(v.size()));
+    c.Closed = closed;
+  }
+  ~OwnedContour() { c.Clear(); }
+};
+}  // namespace
+
+TEST(Contour, FreshAndClearedStateUseSevenForUndetermined) {
+  CONTOUR c;
+  EXPECT_EQ(c.Outer, 7);
+  EXPECT_EQ(c.RightHanded, 7);
+  EXPECT_EQ(c.Closed, 7);
+  c.Clear();  // on a fresh contour: stays fresh
+  EXPECT_EQ(c.Points, nullptr);
+  MMPoint2d<long> p[2] = {{1, 1}, {2, 2}};
+  c.SetPoints(p, 2);
+  c.Outer = 1;
+  c.Type = 5;
+  c.Order = 9;
+  c.Clear();
+  EXPECT_EQ(c.Outer, 7);
+  EXPECT_EQ(c.Type, 0);
+  EXPECT_EQ(c.NumPoints, 0);
+  EXPECT_EQ(c.Points, nullptr);
+  EXPECT_EQ(c.Order, 9);
+}
+
+TEST(Contour, AllocAndSetPointsKeepOrReuseStorage) {
+  OwnedContour s({{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}});
+  s.c.AllocPoints(2);
+  EXPECT_EQ(s.c.NumPoints, 2);
+  EXPECT_EQ(s.c.Points[1].x, 1);
+  s.c.AllocPoints(4);  // grows, keeping the first two
+  EXPECT_EQ(s.c.Points[0].x, 0);
+  EXPECT_EQ(s.c.Points[1].x, 1);
+  MMPoint2d<long> q[4] = {{9, 9}, {8, 8}, {7, 7}, {6, 6}};
+  MMPoint2d<long>* before = s.c.Points;
+  s.c.SetPoints(q, 4);
+  EXPECT_EQ(s.c.Points, before);
+  EXPECT_EQ(s.c.Points[3].x, 6);
+}
+
+TEST(Contour, LowestLeftmostPointFindsStartOfClosingRun) {
+  OwnedContour open({{0, 0}, {1, 0}, {1, 1}, {0, 1}});
+  EXPECT_EQ(open.c.LowestLeftmostPoint(), 0);
+  OwnedContour closed({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0, 0}});
+  EXPECT_EQ(closed.c.LowestLeftmostPoint(), 4);
+  OwnedContour equal({{2, 2}, {2, 2}, {2, 2}});
+  EXPECT_EQ(equal.c.LowestLeftmostPoint(), 0);
+  OwnedContour later({{5, 5}, {3, 1}, {1, 1}, {1, 1}});
+  EXPECT_EQ(later.c.LowestLeftmostPoint(), 2);  // first of equal points stays
+  CONTOUR empty;
+  EXPECT_EQ(empty.LowestLeftmostPoint(), 0);
+}
+
+TEST(Contour, NextPointSkipsEqualPointsAndWraps) {
+  OwnedContour s({{1, 1}, {1, 1}, {2, 2}});
+  int32_t i = 0;
+  EXPECT_EQ(s.c.NextPoint(i), 2);
+  i = 2;
+  EXPECT_EQ(s.c.NextPoint(i), 0);
+  OwnedContour equal({{3, 3}, {3, 3}, {3, 3}});
+  i = 1;
+  EXPECT_EQ(equal.c.NextPoint(i), 1);
+}
+
+TEST(Contour, TurningDirectionBySignedArea) {
+  OwnedContour two({{0, 0}, {5, 5}});
+  EXPECT_TRUE(two.c.RECHTS_DRAAIEND());
+  OwnedContour cw({{0, 0}, {0, 1}, {1, 1}, {1, 0}});
+  EXPECT_TRUE(cw.c.RECHTS_DRAAIEND());
+  OwnedContour ccw({{0, 0}, {1, 0}, {1, 1}, {0, 1}});
+  EXPECT_FALSE(ccw.c.RECHTS_DRAAIEND());
+  OwnedContour flat({{0, 0}, {1, 0}, {2, 0}});
+  EXPECT_TRUE(flat.c.RECHTS_DRAAIEND());  // no area counts as clockwise
+  EXPECT_EQ(ccw.c.RightHanded, 7);        // attributes are not touched
+}
+
+TEST(Contour, LengthCountsClosingEdgeUnlessOpen) {
+  CONTOUR fresh;
+  fresh.Closed = 0;
+  EXPECT_EQ(fresh.BEREKEN_LENGTE(), 0u);
+  fresh.Closed = 1;
+  EXPECT_EQ(fresh.BEREKEN_LENGTE(), 0u);  // no points: guarded, no closing edge
+  OwnedContour sq({{0, 0}, {10, 0}, {10, 10}, {0, 10}}, 0);
+  EXPECT_EQ(sq.c.BEREKEN_LENGTE(), 30u);
+  sq.c.Closed = 1;
+  EXPECT_EQ(sq.c.BEREKEN_LENGTE(), 40u);
+  sq.c.Closed = 7;
+  EXPECT_EQ(sq.c.BEREKEN_LENGTE(), 40u);
+  OwnedContour diag({{0, 0}, {3, 4}, {3, 5}}, 0);  // 5 + 1: exact in float
+  EXPECT_EQ(diag.c.BEREKEN_LENGTE(), 6u);
+}
+
+TEST(Contour, ReverseTwiceRestoresPointsAndFlipsDirectionWord) {
+  OwnedContour s({{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0, 0}});
+  auto original = PointsOf(s.c);
+  s.c.KEER_DRAAIZIN_OM();
+  EXPECT_EQ(s.c.RightHanded, 0);
+  EXPECT_EQ(s.c.Points[1].x, 0);
+  EXPECT_EQ(s.c.Points[1].y, 1);
+  EXPECT_EQ(s.c.Points[0].x, 0);  // a repeated first point stays at both ends
+  EXPECT_EQ(s.c.Points[4].y, 0);
+  s.c.KEER_DRAAIZIN_OM();
+  EXPECT_EQ(s.c.RightHanded, 1);
+  EXPECT_TRUE(PointsOf(s.c) == original);
+}
