@@ -10,5 +10,21 @@
 #include "layer/layer.h"
 #include "layer/number_lists.h"
 
+// Geometry toolkit
+
+// Contour processing
+
+// Scan tables
+
+// Hatch and support generation
+
+// Vector-layer operations
+
+// Boolean and slice bridges
+
+// Bitmap rendering
+
+// Persistence
+
 // Sibling layers
 #include "sibling/units/internal_units.h"
