@@ -1,0 +1,71 @@
+// The scan table: a doubly linked chain of columns (scan lines) between two
+// sentinel columns, each column holding the sorted crossings of the layer's
+// contours with it. One record serves as the caller's root and as a column.
+#pragma once
+
+#include <cstdint>
+
+#include "layer/number_lists.h"
+#include "layer/values.h"
+
+// Positions of the sentinel columns at both ends of every non-empty table.
+constexpr int32_t kHeadSentinelPosition = INT32_MIN;
+constexpr int32_t kTailSentinelPosition = INT32_MAX;
+
+// Plain record, no constructor: a root value-initialised ({} or zeroed) is an
+// empty table. A by-value copy of a root shares its columns.
+class TABEL {
+ public:
+  // Column: position of the scan line (internal units); sentinels INT32_MIN and
+  // INT32_MAX. Root: number of real columns, sentinels not counted.
+  int32_t Position;
+  // Column: neighbour towards lower positions, null only in the head sentinel.
+  // Root: null.
+  TABEL* Prev;
+  // Column: neighbour towards higher positions, null only in the tail sentinel.
+  // Root: the first real column, null when the table is empty.
+  TABEL* Next;
+  // Column: sorted crossings (head holds the count), owned by the column; null
+  // after a union handed the list over. Root: unused.
+  L_LIST* List;
+};
+
+// The same chain with tagged crossings (Value, Second), for orientation and
+// nesting.
+class TABEL_2 {
+ public:
+  int32_t Position;  // as TABEL::Position
+  TABEL_2* Prev;     // as TABEL::Prev
+  TABEL_2* Next;     // as TABEL::Next
+  L_LIST_2* List;    // as TABEL::List, with tagged crossings
+};
+
+// Adds a column with an empty list at `position`; a first column also builds
+// the two sentinels. Among equal positions the newest column comes first.
+void VOEG_KOLOM_IN_TABEL(TABEL* root, int32_t position);
+void VOEG_KOLOM_IN_TABEL_2(TABEL_2* root, int32_t position);
+
+// Frees every column (sentinels included) with its list; the root is left
+// empty (Position 0, Next null).
+void LEEG_TABEL(TABEL* root);
+void LEEG_TABEL_2(TABEL_2* root);
+
+// Deep copy of `source` into `destination`, which is overwritten without being
+// freed. A source column (other than the first) with a null List is given an
+// empty list of its own first.
+void COPIEER_TABEL(TABEL* destination, TABEL source);
+
+// Unlinks *column from its neighbours and frees the column and its list head;
+// the list's elements are not freed and the root's count is not changed.
+void HAAL_LIJST_UIT_TABEL(TABEL** column);
+
+// Widens `box` to hold every crossing of an X table (Position is x, values y),
+// or of a Y table (Position is y, values x). Columns without a crossing and a
+// null root leave the box alone.
+void BEPAAL_X_EXTREMA(TABEL* root, BOX& box);
+void BEPAAL_Y_EXTREMA(TABEL* root, BOX& box);
+
+// Cuts every column into pieces of `pieceLength` with gaps of `gapLength`, one
+// phase for the whole table. A null root, or pieceLength + gapLength not
+// positive, does nothing.
+void BREEK_TABEL(TABEL* root, int32_t pieceLength, int32_t gapLength);
