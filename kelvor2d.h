@@ -11,20 +11,50 @@
 #include "layer/number_lists.h"
 
 // Geometry toolkit
+#include "geometry/plane_geometry.h"
+#include "geometry/space_geometry.h"
 
 // Contour processing
+#include "contour_processing/orientation.h"
+#include "contour_processing/selection.h"
 
 // Scan tables
+#include "scan/slice_file_parameters.h"
+#include "scan/tabel.h"
+#include "scan/scan_conversion.h"
+#include "scan/table_algebra.h"
+#include "scan/perforation.h"
+#include "scan/nearest_point_search.h"
 
 // Hatch and support generation
 
 // Vector-layer operations
+#include "vectors/editing.h"
+#include "vectors/splitting.h"
+#include "vectors/conversion.h"
+#include "vectors/closest.h"
 
 // Boolean and slice bridges
+#include "bridges/slice_conversions.h"
+#include "bridges/border_conversion.h"
 
 // Bitmap rendering
+#include "bitmap/part.h"
+#include "bitmap/sweep.h"
+#include "bitmap/convertor.h"
 
 // Persistence
+#include "persistence/sax_contour_layer.h"
 
 // Sibling layers
+#include "sibling/sax/sax_persist.h"
+#include "sibling/sax/sax_text_stream.h"
+#include "sibling/sax/sax_binary_stream.h"
+#include "sibling/sax/sax_writer.h"
+#include "sibling/sax/sax_reader.h"
 #include "sibling/units/internal_units.h"
+#include "sibling/math/math_core.h"
+#include "sibling/math/border.h"
+#include "sibling/slice/slice_vector_types.h"
+#include "sibling/slice/slice_layers.h"
+#include "sibling/slice/slice.h"

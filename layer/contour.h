@@ -64,7 +64,8 @@ class CONTOUR {
   // True when the signed area (y up) is >= 0: clockwise, or no area, or fewer
   // than 3 points. The closing edge always counts.
   bool RECHTS_DRAAIEND() const;
-  // Turning direction by the angle sum at the extreme point (geometry).
+  // True for clockwise (y up), judged by the index order of the four extreme
+  // points (geometry/contour_geometry.cpp); true for an empty contour.
   bool RECHTS_DRAAIEND_OUD();
   // Length in internal units, truncated, with the closing edge when Closed is
   // not 0. A contour without points has length 0, whatever Closed holds.
@@ -72,8 +73,11 @@ class CONTOUR {
   // Reverses the points and flips RightHanded (0 -> 1, anything else -> 0).
   void KEER_DRAAIZIN_OM();
 
-  // Crossing of the contour with a segment (geometry).
+  // Number of edges, the closing one always included, that the segment
+  // (x1,y1)-(x2,y2) crosses; 0 without points. The references are only read.
   int32_t INTERSECT_WITH_LINE(int32_t& x1, int32_t& y1, int32_t& x2, int32_t& y2);
-  // Refinement of the contour (contour processing).
+  // Refines the contour along the circles through each point and its
+  // neighbours, `factor` sub-steps per edge (Closed 0: open form, else
+  // closed). Chosen: factor < 1 or fewer than 3 points leave it unchanged.
   void SMOOTH_CONTOUR(int factor);
 };

@@ -17,9 +17,9 @@ struct MSliceFileParameters {
   // True: ADD_HATCHINGS and ADD_SUPPORT step through their eight-step order of
   // directions; false: one fixed order.
   bool CycleHatchOrder = false;
-  bool ShortenSmartHatch = false;     // true: smart hatching shortens long vectors
-  int32_t HatchShortening = 0;        // length cut from one end of a long vector
-  int32_t HatchShorteningFactor = 0;  // shorten only vectors longer than this times HatchShortening
+  bool ShortenSmartHatch = false;      // true: smart hatching shortens long vectors
+  int32_t HatchShortening = 0;         // length cut from one end of a long vector
+  int32_t HatchShorteningFactor = 0;   // shorten only vectors longer than this times HatchShortening
   int32_t SupportConnectDistance = 0;  // support vectors closer than this are joined
   int32_t MeanderConnectDistance = 0;  // meander runs closer than this are connected
 };

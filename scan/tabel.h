@@ -12,32 +12,32 @@
 constexpr int32_t kHeadSentinelPosition = INT32_MIN;
 constexpr int32_t kTailSentinelPosition = INT32_MAX;
 
-// Plain record, no constructor: a root value-initialised ({} or zeroed) is an
-// empty table. A by-value copy of a root shares its columns.
+// Plain record with public fields and no constructor of its own; a fresh
+// record is an empty root. A by-value copy of a root shares its columns.
 class TABEL {
  public:
   // Column: position of the scan line (internal units); sentinels INT32_MIN and
   // INT32_MAX. Root: number of real columns, sentinels not counted.
-  int32_t Position;
+  int32_t Position = 0;
   // Column: neighbour towards lower positions, null only in the head sentinel.
   // Root: null.
-  TABEL* Prev;
+  TABEL* Prev = nullptr;
   // Column: neighbour towards higher positions, null only in the tail sentinel.
   // Root: the first real column, null when the table is empty.
-  TABEL* Next;
+  TABEL* Next = nullptr;
   // Column: sorted crossings (head holds the count), owned by the column; null
   // after a union handed the list over. Root: unused.
-  L_LIST* List;
+  L_LIST* List = nullptr;
 };
 
 // The same chain with tagged crossings (Value, Second), for orientation and
 // nesting.
 class TABEL_2 {
  public:
-  int32_t Position;  // as TABEL::Position
-  TABEL_2* Prev;     // as TABEL::Prev
-  TABEL_2* Next;     // as TABEL::Next
-  L_LIST_2* List;    // as TABEL::List, with tagged crossings
+  int32_t Position = 0;      // as TABEL::Position
+  TABEL_2* Prev = nullptr;   // as TABEL::Prev
+  TABEL_2* Next = nullptr;   // as TABEL::Next
+  L_LIST_2* List = nullptr;  // as TABEL::List, with tagged crossings
 };
 
 // Adds a column with an empty list at `position`; a first column also builds
@@ -51,12 +51,13 @@ void LEEG_TABEL(TABEL* root);
 void LEEG_TABEL_2(TABEL_2* root);
 
 // Deep copy of `source` into `destination`, which is overwritten without being
-// freed. A source column (other than the first) with a null List is given an
-// empty list of its own first.
+// freed. A source column with a null List is first given an empty list of its
+// own (also the first column, which would otherwise be read through null).
 void COPIEER_TABEL(TABEL* destination, TABEL source);
 
 // Unlinks *column from its neighbours and frees the column and its list head;
-// the list's elements are not freed and the root's count is not changed.
+// the list's elements are not freed, *column is left dangling, and the root's
+// count and Next are the caller's to mend. A null or sentinel column is ignored.
 void HAAL_LIJST_UIT_TABEL(TABEL** column);
 
 // Widens `box` to hold every crossing of an X table (Position is x, values y),

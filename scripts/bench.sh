@@ -10,7 +10,7 @@ require_packages cmake g++ libexpat1-dev libbenchmark-dev pkg-config
 require_packages libpolyclipping-dev libfreetype-dev || echo "comparison libraries missing: comparisons will be skipped"
 cmake -S "$root" -B "$out" -DCMAKE_BUILD_TYPE=Release -DKELVOR2D_BUILD_TESTS=OFF -DKELVOR2D_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build "$out" -j "$(nproc)"
-for b in "$out"/bench/*/kelvor2d-bench-*; do
+for b in "$out"/bench/*/*_bench; do
   [ -x "$b" ] || continue
   echo "== $(basename "$b")"
   "$b" "$@"

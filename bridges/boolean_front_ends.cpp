@@ -1,0 +1,111 @@
+#include "bridges/boolean_front_ends.h"
+
+#include "bridges/border_conversion.h"
+#include "bridges/graph_extraction.h"
+#include "sibling/boolean/offsetter.h"
+
+namespace {
+
+constexpr int16_t kNoUpperBound = 32767;
+constexpr int16_t kUnionLevel = 0;
+constexpr int16_t kIntersectionLevel = 1;
+
+// True when the stored flags say the contour runs against the sense the
+// engine expects for it.
+bool FlagsCallForSwap(const CONTOUR& c) {
+  return (c.Outer == 1 && c.RightHanded == 0) || (c.Outer == 0 && c.RightHanded == 1);
+}
+
+void FeedContour(M2dBoolean* engine, const CONTOUR& c, bool swap, bool lineFlag, bool addShells) {
+  M2dGraphPoint* previous = engine->AddPoint(c.Points[0].x, c.Points[0].y);
+  int32_t lowest = c.Points[0].y, highest = lowest;
+  const int32_t m = c.Closed != 0 ? c.NumPoints : c.NumPoints - 1;
+  for (int32_t i = 1; i <= m; ++i) {
+    const MMPoint2d<long>& p = c.Points[i < m ? i : 0];
+    M2dGraphPoint* next = engine->AddPoint(p.x, p.y);
+    if (swap) {
+      engine->AddLine(next, previous, lineFlag);
+    } else {
+      engine->AddLine(previous, next, lineFlag);
+    }
+    if (p.y < lowest) lowest = p.y;
+    if (p.y > highest) highest = p.y;
+    previous = next;
+  }
+  if (addShells) engine->AddShell(lowest, highest);
+}
+
+// Builds an engine, feeds a and b, keeps the region above `level` and
+// writes it into result.
+void RunTwoOperands(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
+                    AU::M2DBooleanOptions* options, bool reverseB, int16_t level) {
+  M2dBoolean engine;
+  if (options != nullptr) engine.options = options->flags;
+  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, a, false, false, true);
+  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, b, reverseB, false, true);
+  engine.SplitClassifyAndFilter(level, kNoUpperBound);
+  ExtractContourLayer(&engine, result);
+}
+
+}  // namespace
+
+void M2dBoolean_Utilities::AddContourLayerToBoolean(M2dBoolean* engine, const CONTOUR_LAYER& layer, bool reverse,
+                                                    bool lineFlag, bool addShells) {
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
+    const bool swap = FlagsCallForSwap(*c) ? !reverse : reverse;
+    if (c->NumPoints <= 0) continue;
+    FeedContour(engine, *c, swap, lineFlag, addShells);
+  }
+}
+
+bool AU::BooleanUnite(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
+                      M2DBooleanOptions* options) {
+  RunTwoOperands(a, b, result, options, false, kUnionLevel);
+  return true;
+}
+
+bool AU::BooleanIntersect(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
+                          M2DBooleanOptions* options) {
+  if (a.NumContours == 0 || b.NumContours == 0) {
+    result.LEEG_LAAG();
+    return true;
+  }
+  RunTwoOperands(a, b, result, options, false, kIntersectionLevel);
+  return true;
+}
+
+bool AU::BooleanSubtract(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
+                         M2DBooleanOptions* options) {
+  if (a.NumContours == 0) {
+    result.LEEG_LAAG();
+    return true;
+  }
+  RunTwoOperands(a, b, result, options, true, kUnionLevel);
+  return true;
+}
+
+bool AU::BooleanUnify(CONTOUR_LAYER& layer, int32_t level) {
+  M2dBoolean engine;
+  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, false, false, true);
+  engine.SplitClassifyAndFilter(static_cast<int16_t>(level), kNoUpperBound);
+  ExtractContourLayer(&engine, layer);
+  return true;
+}
+
+bool AU::BooleanRemoveSelfIntersections(CONTOUR_LAYER& layer) {
+  M2dBoolean engine;
+  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, false, false, true);
+  engine.RemoveIntegerSelfIntersections();
+  ExtractContourLayer(&engine, layer);
+  return true;
+}
+
+void CONTOUR_LAYER::OFFSET_LAAG(CONTOUR_LAYER& source, int32_t distance) {
+  M2dOffsetter offsetter;
+  M3dBorder2LayerConvertor::_Convert(source, offsetter.input);
+  offsetter.CreateOffset(-distance);
+  M3dBorder2LayerConvertor::_Convert(*offsetter.result, *this);
+  offsetter.Clear();
+  offsetter.input.MakeEmpty();
+  offsetter.result->MakeEmpty();
+}

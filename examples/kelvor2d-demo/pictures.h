@@ -1,0 +1,35 @@
+// Pictures a person wants to look at: an SVG of contours and vectors with a
+// legend, and a greyscale PNG of a coverage bitmap.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "kelvor2d.h"
+
+class SvgPicture {
+ public:
+  // The picture shows the rectangle [minX, maxX] x [minY, maxY] of internal units.
+  SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY);
+  // Draws every contour of the layer; `label` goes into the legend.
+  void AddContours(const CONTOUR_LAYER& layer, const std::string& colour, const std::string& label);
+  // Draws the vectors of the blocks of `layer`, from block `firstBlock` on,
+  // one colour per group.
+  void AddVectors(const VECTOR_LAYER& layer, int firstBlock, const std::string& colour, const std::string& label);
+  // Writes the file; false when it cannot be written.
+  bool Write(const std::string& path) const;
+
+ private:
+  double X(double x) const;
+  double Y(double y) const;
+  void AddLegend(const std::string& colour, const std::string& label);
+  int32_t m_MinX, m_MinY, m_MaxX, m_MaxY;
+  double m_Scale;
+  std::string m_Body;
+  std::vector<std::pair<std::string, std::string>> m_Legend;
+};
+
+// Writes an 8-bit greyscale PNG; `pixels` rows run from the lowest y upward,
+// as the coverage bitmap holds them. False when the file cannot be written.
+bool WriteGreyPng(const std::string& path, const unsigned char* pixels, int width, int height);

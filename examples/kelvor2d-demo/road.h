@@ -1,0 +1,2 @@
+// The whole road of a layer through the library, step by step.
+#pragma once

@@ -1,0 +1,47 @@
+// Searches for the run to draw next in a table that is being consumed: the
+// run whose entry lies nearest to the exit of the current run.
+//
+// Common form: `table` is the root, `column` the column of the current run and
+// `pair` the current run's first element. The result is the first element of
+// the found run, or null when no other run is left, when `pair` has no second
+// element, or when the current column's list ends inside a pair (in the forms
+// that look at that column). *foundColumn receives the found run's column; the caller sets it to
+// `column` beforehand, since a find in the same column does not write it.
+// Forms that may enter a run at either end exchange its two values in the list
+// when its second end is the nearer, so the found run always starts at its
+// first element. Odd lists: a neighbour's unpaired last crossing is not a
+// candidate.
+#pragma once
+
+#include "layer/number_lists.h"
+#include "scan/tabel.h"
+
+// Same column, then the next column with crossings towards higher positions;
+// single-precision distances.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                               L_LIST* pair);
+// Same column, then the next column with crossings towards lower positions.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_LINKS(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair);
+// The Y-table names of RECHTS and LINKS.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_BOVEN(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair);
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_ONDER(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair);
+
+// Only the next column with crossings towards higher positions; the distance
+// is rooted in double precision.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                                     L_LIST* pair);
+// Only the next column with crossings towards lower positions.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                                    L_LIST* pair);
+
+// As ENKEL_RECHTS, but each column's parity (with `invert`) fixes which end of
+// its runs is the entry; nothing is exchanged. entryAtFirst receives whether
+// the found run is entered at its first element. A table with a zero grid step
+// (its two last columns at one position) gives null and changes nothing.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS_ANDERE_RICHTING(TABEL* table, TABEL* column,
+                                                                     TABEL** foundColumn, L_LIST* pair,
+                                                                     bool invert, bool& entryAtFirst);
+// As ENKEL_LINKS, with the entry fixed by the column's parity.
+L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(TABEL* table, TABEL* column,
+                                                                    TABEL** foundColumn, L_LIST* pair,
+                                                                    bool invert, bool& entryAtFirst);

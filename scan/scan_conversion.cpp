@@ -1,0 +1,252 @@
+// Scan conversion of a contour layer into an X or a Y table, and the helpers
+// that find narrow runs a grid would miss.
+#include "scan/scan_conversion.h"
+
+#include <cstdlib>
+
+#include "layer/contour_layer.h"
+#include "layer/values.h"
+#include "scan/grid_step.h"
+#include "scan/slice_file_parameters.h"
+#include "scan/tabel.h"
+
+namespace {
+
+// Process-wide state of one axis. The grid flip lives as long as the process
+// and is never reset; direction and cursor only mean something within one
+// contour. Not locked: one X scan and one Y scan at a time.
+struct ScanAxisState {
+  bool gridFlip;      // start of the next alternating grid: false = the distance, true = the shift
+  int32_t direction;  // +1 or -1: sense of the last edge not parallel to the columns
+  TABEL* cursor;      // column where the line scanner stands
+};
+
+ScanAxisState xAxis = {false, 1, nullptr};
+ScanAxisState yAxis = {false, 1, nullptr};
+
+// The grid of one axis as the parameter record gives it.
+struct GridSpec {
+  int32_t distance;
+  int32_t shift;
+  int32_t greatest;  // the layer's greatest coordinate along the axis
+};
+
+// 32-bit difference a - b, wrapping as the hardware does (no overflow trap).
+int32_t Difference(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+
+// The crossing of the edge (p0, s0)-(p1, s1) with the column at c, in single
+// precision: s = c * slope + intercept, rounded half away from zero.
+struct EdgeLine {
+  float slope;
+  float intercept;
+  EdgeLine(int32_t p0, int32_t s0, int32_t p1, int32_t s1)
+      : slope(static_cast<float>(Difference(s1, s0)) / static_cast<float>(Difference(p1, p0))),
+        intercept(static_cast<float>(s0) - static_cast<float>(p0) * slope) {}
+  int32_t At(int32_t c) const { return Round(static_cast<float>(c) * slope + intercept); }
+};
+
+void InsertCrossing(TABEL* column, const EdgeLine& line) {
+  VOEG_IN_GESORTEERDE_L_LIJST(column->List, line.At(column->Position));
+}
+
+void ScanRisingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeLine& line) {
+  while (axis.cursor->Position < p0)
+    axis.cursor = axis.cursor->Next;
+  // A vertex at p0 reached by a falling edge is a turning point: no crossing.
+  if (axis.direction == -1 && axis.cursor->Position == p0)
+    axis.cursor = axis.cursor->Next;
+  while (axis.cursor->Position < p1) {
+    InsertCrossing(axis.cursor, line);
+    axis.cursor = axis.cursor->Next;
+  }
+  axis.direction = 1;
+}
+
+void ScanFallingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeLine& line) {
+  while (axis.cursor->Position < p0)
+    axis.cursor = axis.cursor->Next;
+  // A column at p0 keeps its crossing only when the edge before fell too.
+  if (!(axis.cursor->Position == p0 && axis.direction == -1))
+    axis.cursor = axis.cursor->Prev;
+  while (axis.cursor->Position > p1) {
+    InsertCrossing(axis.cursor, line);
+    axis.cursor = axis.cursor->Prev;
+  }
+  axis.direction = -1;
+}
+
+// The line scanner: enters one edge, in primary (p) and secondary (s)
+// coordinates. The start of an edge is in, its end is out.
+void ScanEdge(ScanAxisState& axis, int32_t p0, int32_t s0, int32_t p1, int32_t s1) {
+  if (p0 == p1)
+    return;
+  const EdgeLine line(p0, s0, p1, s1);
+  if (p0 < p1) {
+    ScanRisingEdge(axis, p0, p1, line);
+  } else {
+    ScanFallingEdge(axis, p0, p1, line);
+  }
+}
+
+// Line scanner of X_ARCEER_LAAG: primary x, secondary y.
+void ARCEER_LIJNSTUK(const MMPoint2d<long>& from, const MMPoint2d<long>& to) {
+  ScanEdge(xAxis, from.x, from.y, to.x, to.y);
+}
+
+// Line scanner of Y_ARCEER_LAAG: primary y, secondary x.
+void ARCEER_LIJNSTUK_IN_Y(const MMPoint2d<long>& from, const MMPoint2d<long>& to) {
+  ScanEdge(yAxis, from.y, from.x, to.y, to.x);
+}
+
+int32_t PrimaryOf(const MMPoint2d<long>& p, bool alongX) {
+  return alongX ? p.x : p.y;
+}
+
+// Direction of the last edge not parallel to the columns; 0 when every point
+// of the contour shares one primary coordinate (nothing to scan).
+int32_t FindStartDirection(const CONTOUR& contour, bool alongX) {
+  for (int32_t i = contour.NumPoints - 1; i > 0; --i) {
+    const int32_t before = PrimaryOf(contour.Points[i - 1], alongX);
+    const int32_t at = PrimaryOf(contour.Points[i], alongX);
+    if (before < at)
+      return 1;
+    if (before > at)
+      return -1;
+  }
+  return 0;
+}
+
+void ScanContour(const CONTOUR& contour, TABEL* table, ScanAxisState& axis, bool alongX) {
+  const int32_t direction = FindStartDirection(contour, alongX);
+  if (direction == 0)
+    return;
+  axis.direction = direction;
+  axis.cursor = table->Next;
+  auto scan = alongX ? ARCEER_LIJNSTUK : ARCEER_LIJNSTUK_IN_Y;
+  const MMPoint2d<long>* points = contour.Points;
+  const int32_t n = contour.NumPoints;
+  scan(points[n - 1], points[0]);
+  for (int32_t i = 0; i + 1 < n; ++i)
+    scan(points[i], points[i + 1]);
+}
+
+// Start of the grid; with AlternateHatchShift the axis's flip chooses between
+// the distance and the shift, and is inverted.
+int32_t ChooseFirstColumn(const GridSpec& grid, bool alternate, ScanAxisState& axis) {
+  if (!alternate)
+    return grid.shift;
+  const int32_t first = axis.gridFlip ? grid.shift : grid.distance;
+  axis.gridFlip = !axis.gridFlip;
+  return first;
+}
+
+void AddGridColumns(TABEL* table, int32_t first, const GridSpec& grid) {
+  for (int64_t position = first; position <= grid.greatest; position += grid.distance) {
+    VOEG_KOLOM_IN_TABEL(table, static_cast<int32_t>(position));
+  }
+}
+
+void AddExtraColumns(TABEL* table, const L_LIST* extra) {
+  if (extra == nullptr)
+    return;
+  for (const L_LIST* e = extra->Next; e != nullptr; e = e->Next)
+    VOEG_KOLOM_IN_TABEL(table, e->Value);
+}
+
+void ScanLayer(const CONTOUR_LAYER& layer, TABEL* table, const GridSpec& grid, bool alternate,
+               const L_LIST* extra, bool alongX) {
+  if (layer.NumContours == 0 || layer.FirstContour == nullptr || grid.distance <= 0)
+    return;
+  table->Position = 0;
+  table->Next = nullptr;
+  table->Prev = nullptr;
+  ScanAxisState& axis = alongX ? xAxis : yAxis;
+  AddGridColumns(table, ChooseFirstColumn(grid, alternate, axis), grid);
+  AddExtraColumns(table, extra);
+  if (table->Next == nullptr)
+    return;
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
+    if (c->Closed == 1 && c->Points != nullptr)
+      ScanContour(*c, table, axis, alongX);
+  }
+}
+
+// True when a grid line start + k * distance lies strictly inside (a, b).
+bool GridCrossesRun(int32_t a, int32_t b, int32_t start, int32_t distance) {
+  return FirstGridStepNotBelow(start, distance, static_cast<int64_t>(a) + 1) < b;
+}
+
+// True when a value of the sorted `extra` lies strictly inside (a, b).
+bool ExtraCrossesRun(const L_LIST* extra, int32_t a, int32_t b) {
+  const L_LIST* e = extra->Next;
+  while (e != nullptr && e->Value <= a)
+    e = e->Next;
+  return e != nullptr && e->Value < b;
+}
+
+bool NeedsExtraLine(const L_LIST* extra, int32_t a, int32_t b, int32_t start, int32_t distance) {
+  if (static_cast<int64_t>(b) - a >= distance)
+    return false;
+  if (GridCrossesRun(a, b, start, distance))
+    return false;
+  return !ExtraCrossesRun(extra, a, b);
+}
+
+bool HoldsNoCrossing(const TABEL* column) {
+  return column->List == nullptr || column->List->Next == nullptr || column->List->Value == 0;
+}
+
+}  // namespace
+
+void CONTOUR_LAYER::X_ARCEER_LAAG(TABEL* table, MSliceFileParameters& parameters, L_LIST* extra) {
+  const GridSpec grid = {parameters.XHatchDistance, parameters.XHatchShift, MaxX};
+  ScanLayer(*this, table, grid, parameters.AlternateHatchShift, extra, true);
+}
+
+void CONTOUR_LAYER::Y_ARCEER_LAAG(TABEL* table, MSliceFileParameters& parameters, L_LIST* extra) {
+  const GridSpec grid = {parameters.YHatchDistance, parameters.YHatchShift, MaxY};
+  ScanLayer(*this, table, grid, parameters.AlternateHatchShift, extra, false);
+}
+
+bool EXTRA_GRID_LIJNEN(L_LIST* extra, TABEL table, int32_t start, int32_t distance) {
+  if (extra == nullptr || table.Next == nullptr || distance <= 0)
+    return false;
+  bool added = false;
+  for (TABEL* column = table.Next; column->Next != nullptr; column = column->Next) {
+    if (column->List == nullptr)
+      continue;
+    for (const L_LIST* a = column->List->Next; a != nullptr && a->Next != nullptr; a = a->Next->Next) {
+      const int32_t first = a->Value;
+      const int32_t second = a->Next->Value;
+      if (!NeedsExtraLine(extra, first, second, start, distance))
+        continue;
+      VOEG_EEN_MAAL_IN_GESORTEERDE_L_LIJST(extra, Half(first) + Half(second));
+      added = true;
+    }
+  }
+  return added;
+}
+
+void FILTER_EXTRA_LIJST(L_LIST* extra, TABEL table) {
+  if (extra == nullptr || table.Next == nullptr)
+    return;
+  TABEL* column = table.Next;
+  L_LIST* before = extra;
+  while (before->Next != nullptr && column != nullptr) {
+    L_LIST* value = before->Next;
+    while (column->Position < value->Value)
+      column = column->Next;
+    if (column->Position != value->Value)
+      return;
+    if (HoldsNoCrossing(column)) {
+      before->Next = value->Next;
+      free(value);
+      extra->Value--;
+    } else {
+      before = value;
+    }
+    column = column->Next;
+  }
+}

@@ -1,0 +1,175 @@
+#include "sibling/boolean/graph.h"
+
+#include <cstddef>
+
+using kelvor_boolean::ExactCoordinates;
+using kelvor_boolean::UInt128;
+
+namespace {
+
+constexpr uint32_t kFirstBucketCount = 1024;
+
+uint64_t HashWholeParts(int32_t x, int32_t y) {
+  uint64_t h = (static_cast<uint64_t>(static_cast<uint32_t>(x)) << 32) | static_cast<uint32_t>(y);
+  h ^= h >> 33;
+  h *= 0xff51afd7ed558ccdULL;
+  h ^= h >> 33;
+  h *= 0xc4ceb3fa0c7fda5bULL;
+  h ^= h >> 33;
+  return h;
+}
+
+// The 32-bit fraction words of the point record: exact when the denominator
+// fits, else the nearest fraction over 2^31.
+void StoreRecordFractions(M2dGraphPoint* p) {
+  const ExactCoordinates& e = p->exact;
+  if (e.denominator <= 0xffffffffu) {
+    p->xNumerator = static_cast<uint32_t>(e.xFraction);
+    p->yNumerator = static_cast<uint32_t>(e.yFraction);
+    p->denominator = static_cast<uint32_t>(e.denominator);
+    return;
+  }
+  constexpr UInt128 kScale = static_cast<UInt128>(1) << 31;
+  const UInt128 half = e.denominator / 2;
+  UInt128 nx = (e.xFraction * kScale + half) / e.denominator;
+  UInt128 ny = (e.yFraction * kScale + half) / e.denominator;
+  if (nx >= kScale) nx = kScale - 1;
+  if (ny >= kScale) ny = kScale - 1;
+  p->xNumerator = static_cast<uint32_t>(nx);
+  p->yNumerator = static_cast<uint32_t>(ny);
+  p->denominator = static_cast<uint32_t>(kScale);
+}
+
+// floor(2^62 * fraction / denominator): monotone in the fraction. Fractions
+// stay below 2^66, so the product fits 128 bits.
+uint64_t FractionKey(UInt128 fraction, UInt128 denominator) {
+  if (fraction == 0) return 0;
+  return static_cast<uint64_t>((fraction << 62) / denominator);
+}
+
+}  // namespace
+
+M2dGraph::M2dGraph() : lines(new DLIST<M2dGraphLine>()) {}
+
+M2dGraph::~M2dGraph() {
+  ClearGraph();
+  delete lines;
+}
+
+DLIST_ELEMENT<M2dGraphLine>* M2dGraph::AddLine(M2dGraphPoint* from, M2dGraphPoint* to, bool flag) {
+  auto* node = new DLIST_ELEMENT<M2dGraphLine>();
+  M2dGraphLine& line = node->line;
+  line.graph = this;
+  line.from = from;
+  line.to = to;
+  line.directionX = static_cast<int64_t>(to->x) - from->x;
+  line.directionY = static_cast<int64_t>(to->y) - from->y;
+  line.flag = flag ? 1 : 0;
+  line.nextOut = from->firstOut;
+  from->firstOut = node;
+  line.nextIn = to->firstIn;
+  to->firstIn = node;
+  return lines->Append(node);
+}
+
+M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
+  ExactCoordinates position{};
+  position.x = x;
+  position.y = y;
+  position.denominator = 1;
+  return GetExactPoint(position);
+}
+
+M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
+  if (m_buckets.empty()) m_buckets.assign(kFirstBucketCount, nullptr);
+  const size_t bucket = HashWholeParts(position.x, position.y) & (m_buckets.size() - 1);
+  for (M2dGraphPoint* p = m_buckets[bucket]; p != nullptr; p = p->sameCell) {
+    if (p->x == position.x && p->y == position.y && kelvor_boolean::SameExactPosition(p->exact, position)) {
+      return p;
+    }
+  }
+  M2dGraphPoint* p = NewPoint(position);
+  p->sameCell = m_buckets[bucket];
+  m_buckets[bucket] = p;
+  if (m_points.size() > m_buckets.size()) GrowBuckets();
+  return p;
+}
+
+M2dGraphPoint* M2dGraph::NewPoint(const ExactCoordinates& position) {
+  auto* p = new M2dGraphPoint();
+  p->x = position.x;
+  p->y = position.y;
+  p->exact = position;
+  p->xKey = FractionKey(position.xFraction, position.denominator);
+  p->yKey = FractionKey(position.yFraction, position.denominator);
+  p->nearX = kelvor_boolean::ExactToDouble(position.x, position.xFraction, position.denominator);
+  p->nearY = kelvor_boolean::ExactToDouble(position.y, position.yFraction, position.denominator);
+  p->index = static_cast<uint32_t>(m_points.size());
+  StoreRecordFractions(p);
+  m_points.push_back(p);
+  return p;
+}
+
+void M2dGraph::GrowBuckets() {
+  m_buckets.assign(m_buckets.size() * 4, nullptr);
+  const size_t mask = m_buckets.size() - 1;
+  for (M2dGraphPoint* p : m_points) {
+    const size_t bucket = HashWholeParts(p->x, p->y) & mask;
+    p->sameCell = m_buckets[bucket];
+    m_buckets[bucket] = p;
+  }
+}
+
+void M2dGraph::ClearLines() {
+  lines->Clear();
+  for (M2dGraphPoint* p : m_points) {
+    p->firstOut = nullptr;
+    p->firstIn = nullptr;
+  }
+}
+
+void M2dGraph::ClearGraph() {
+  lines->Clear();
+  for (M2dGraphPoint* p : m_points) delete p;
+  m_points.clear();
+  m_buckets.clear();
+}
+
+M2dGraphLineNode* M2dGraphLine::FindNextSegment(bool) const {
+  return successor != nullptr ? successor : TurnToNextSegment();
+}
+
+M2dGraphLineNode* M2dGraphLine::FindPreviousSegment(bool) const {
+  return predecessor != nullptr ? predecessor : TurnToPreviousSegment();
+}
+
+M2dGraphLineNode* M2dGraphLine::TurnToNextSegment() const {
+  // Turning counter-clockwise from the way back along this line, the first
+  // line leaving `to` bounds the same wedge of material.
+  const int64_t backX = -directionX, backY = -directionY;
+  M2dGraphLineNode* best = nullptr;
+  for (M2dGraphLineNode* n = to->firstOut; n != nullptr; n = n->line.nextOut) {
+    const M2dGraphLine& c = n->line;
+    if (best == nullptr || kelvor_boolean::TurnsBeforeCounterClockwise(backX, backY, c.directionX, c.directionY,
+                                                                        best->line.directionX,
+                                                                        best->line.directionY)) {
+      best = n;
+    }
+  }
+  return best;
+}
+
+M2dGraphLineNode* M2dGraphLine::TurnToPreviousSegment() const {
+  // The mirror image of FindNextSegment: turning clockwise from this line's
+  // direction, the first way back along a line entering `from`.
+  M2dGraphLineNode* best = nullptr;
+  for (M2dGraphLineNode* n = from->firstIn; n != nullptr; n = n->line.nextIn) {
+    const M2dGraphLine& c = n->line;
+    if (best == nullptr || kelvor_boolean::TurnsBeforeCounterClockwise(directionX, -directionY, -c.directionX,
+                                                                        c.directionY, -best->line.directionX,
+                                                                        best->line.directionY)) {
+      best = n;
+    }
+  }
+  return best;
+}

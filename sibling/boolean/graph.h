@@ -1,0 +1,165 @@
+// The planar graph of the boolean engine: exact points, directed lines held in
+// a doubly linked list, and the two segment-finding operations that let a
+// walker follow the lines into contours.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "sibling/boolean/exact_arithmetic.h"
+
+class M2dGraph;
+struct M2dGraphLine;
+
+// A node of a doubly linked list that holds its element by value.
+template <class T>
+struct DLIST_ELEMENT {
+  DLIST_ELEMENT* next = nullptr;      // next node, null at the end
+  DLIST_ELEMENT* previous = nullptr;  // previous node, null at the front
+  T line;                             // the element itself
+};
+
+// The owning list of a graph's lines.
+template <class T>
+struct DLIST {
+  DLIST_ELEMENT<T>* first = nullptr;  // first node, null when empty
+  DLIST_ELEMENT<T>* last = nullptr;   // last node, null when empty
+  uint32_t count = 0;                 // number of nodes
+
+  // Links a node at the end and returns it.
+  DLIST_ELEMENT<T>* Append(DLIST_ELEMENT<T>* node) {
+    node->next = nullptr;
+    node->previous = last;
+    if (last != nullptr) {
+      last->next = node;
+    } else {
+      first = node;
+    }
+    last = node;
+    ++count;
+    return node;
+  }
+  // Deletes every node.
+  void Clear() {
+    for (DLIST_ELEMENT<T>* node = first; node != nullptr;) {
+      DLIST_ELEMENT<T>* next = node->next;
+      delete node;
+      node = next;
+    }
+    first = last = nullptr;
+    count = 0;
+  }
+};
+
+using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
+
+// A point of the graph. Coincident positions are one object. The exact
+// position is (x + xNumerator / denominator, y + yNumerator / denominator);
+// when the exact denominator of a crossing does not fit 32 bits, the three
+// 32-bit words hold the nearest fraction over 2^31 and the exact value stays
+// in `exact`.
+struct M2dGraphPoint {
+  M2dGraphPoint* sameCell = nullptr;  // next point of the same lookup bucket of the graph
+  int32_t x = 0;                      // whole part of x (floor)
+  int32_t y = 0;                      // whole part of y (floor)
+  uint32_t xNumerator = 0;            // fraction of x above the whole part
+  uint32_t yNumerator = 0;            // fraction of y above the whole part
+  uint32_t denominator = 1;           // common denominator of both fractions, >= 1
+  kelvor_boolean::ExactCoordinates exact{};  // the exact position
+  uint64_t xKey = 0;                         // floor(2^62 * fraction of x): orders x before exact tests
+  uint64_t yKey = 0;                         // floor(2^62 * fraction of y)
+  double nearX = 0.0;                        // exact x rounded to a double (for filters only)
+  double nearY = 0.0;                        // exact y rounded to a double (for filters only)
+  uint32_t index = 0;                        // creation number within the graph
+  M2dGraphLineNode* firstOut = nullptr;      // first line leaving this point
+  M2dGraphLineNode* firstIn = nullptr;       // first line entering this point
+
+  // True when the point lies on the grid.
+  bool IsInteger() const { return exact.denominator == 1; }
+};
+
+namespace kelvor_boolean {
+
+// Order of the exact x (or y) of two graph points: -1, 0 or +1. The whole
+// parts and the 62-bit fraction keys decide almost always; exact fractions
+// decide the rest.
+inline int ComparePointX(const M2dGraphPoint* p, const M2dGraphPoint* q) {
+  if (p->x != q->x) return p->x < q->x ? -1 : 1;
+  if (p->xKey != q->xKey) return p->xKey < q->xKey ? -1 : 1;
+  return p == q ? 0 : CompareExactX(p->exact, q->exact);
+}
+inline int ComparePointY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
+  if (p->y != q->y) return p->y < q->y ? -1 : 1;
+  if (p->yKey != q->yKey) return p->yKey < q->yKey ? -1 : 1;
+  return p == q ? 0 : CompareExactY(p->exact, q->exact);
+}
+// Lexicographic (x, y): the order of events of the sweep.
+inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
+  const int c = ComparePointX(p, q);
+  return c != 0 ? c : ComparePointY(p, q);
+}
+
+}  // namespace kelvor_boolean
+
+// A directed line between two graph points.
+struct M2dGraphLine {
+  M2dGraph* graph = nullptr;       // the graph that owns the line
+  M2dGraphPoint* from = nullptr;   // start of the directed line
+  M2dGraphPoint* to = nullptr;     // end of the directed line
+  int64_t directionX = 0;          // direction on the grid, a positive multiple of to - from
+  int64_t directionY = 0;
+  M2dGraphLineNode* nextOut = nullptr;  // next line leaving `from`
+  M2dGraphLineNode* nextIn = nullptr;   // next line entering `to`
+  M2dGraphLineNode* successor = nullptr;    // chosen continuation at `to`; null until the engine pairs lines
+  M2dGraphLineNode* predecessor = nullptr;  // chosen line leading in at `from`; null until paired
+  uint32_t ringNumber = 0;                  // ring of the pairing, 0 before it
+  int16_t level = 0;                    // level given by the engine; 0 for every surviving line
+  uint8_t flag = 0;                     // the caller's flag of AddLine (not interpreted)
+  uint8_t status = 0;                   // bits 0-2: a walker's marks; bits 3-7 unused
+
+  // The line that continues this one at `to`. After the engine's filtering it
+  // is the pairing that makes every ring simple; on a graph that was never
+  // filtered, the first line leaving `to` turning counter-clockwise from the
+  // way back (the line bounding the same wedge of material). Null when no
+  // line leaves `to`. The flag changes nothing.
+  M2dGraphLineNode* FindNextSegment(bool flag) const;
+  // The line that leads into this one at `from`, by the same pairing (or the
+  // mirrored rule); null when none enters `from`. The flag changes nothing.
+  M2dGraphLineNode* FindPreviousSegment(bool flag) const;
+  // The two rules of an unpaired graph.
+  M2dGraphLineNode* TurnToNextSegment() const;
+  M2dGraphLineNode* TurnToPreviousSegment() const;
+};
+
+// A graph of points and directed lines. Owns both.
+class M2dGraph {
+ public:
+  DLIST<M2dGraphLine>* lines;  // the list object of the lines, never null
+
+  M2dGraph();
+  virtual ~M2dGraph();
+  M2dGraph(const M2dGraph&) = delete;
+  M2dGraph& operator=(const M2dGraph&) = delete;
+
+  // Adds the directed line from -> to at the end of the list; flag is stored
+  // and not interpreted. Both points must belong to this graph.
+  DLIST_ELEMENT<M2dGraphLine>* AddLine(M2dGraphPoint* from, M2dGraphPoint* to, bool flag);
+  // The point at the grid position (x, y), made on first use.
+  M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
+  // The point at an exact position, made on first use.
+  M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  // Number of points made so far.
+  uint32_t GetNumPoints() const { return static_cast<uint32_t>(m_points.size()); }
+  // Deletes all lines and points.
+  void ClearGraph();
+
+ protected:
+  // Deletes all lines and forgets the adjacency of every point.
+  void ClearLines();
+
+ private:
+  std::vector<M2dGraphPoint*> m_points;   // every point, owned, by index
+  std::vector<M2dGraphPoint*> m_buckets;  // hash buckets of points by whole parts
+  M2dGraphPoint* NewPoint(const kelvor_boolean::ExactCoordinates& position);
+  void GrowBuckets();
+};

@@ -1,0 +1,155 @@
+#include "sibling/boolean/offsetter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "sibling/boolean/border_functions.h"
+
+namespace {
+
+constexpr double kChordError = 0.5;
+constexpr double kPiHere = 3.141592653589793;
+
+struct Vertex {
+  int64_t x;
+  int64_t y;
+};
+
+struct GridPoint {
+  int32_t x;
+  int32_t y;
+};
+
+struct OffsetSide {
+  double radius;  // > 0
+  int side;       // +1: to the left of the running sense (grows), -1: to the right (shrinks)
+  double step;    // largest arc step in radians that keeps the chord error
+};
+
+int32_t ClampToGrid(double v) {
+  if (v >= 2147483647.0) return INT32_MAX;
+  if (v <= -2147483648.0) return INT32_MIN;
+  return static_cast<int32_t>(std::lround(v));
+}
+
+class RawLoop {
+ public:
+  void Add(double x, double y) {
+    const GridPoint p{ClampToGrid(x), ClampToGrid(y)};
+    if (m_points.empty() || p.x != m_points.back().x || p.y != m_points.back().y) m_points.push_back(p);
+  }
+  void Feed(M2dBoolean& engine) const {
+    if (m_points.size() < 2) return;
+    M2dGraphPoint* first = engine.AddPoint(m_points[0].x, m_points[0].y);
+    M2dGraphPoint* previous = first;
+    for (size_t i = 1; i <= m_points.size(); ++i) {
+      M2dGraphPoint* next = i < m_points.size() ? engine.AddPoint(m_points[i].x, m_points[i].y) : first;
+      engine.AddLine(previous, next, false);
+      previous = next;
+    }
+  }
+
+ private:
+  std::vector<GridPoint> m_points;
+};
+
+std::vector<Vertex> DistinctVertices(const M3dBorderContourLong& c) {
+  std::vector<Vertex> v;
+  const M3dBorderPointLong* p = c.GetFirstPoint();
+  for (uint32_t i = 0; i < c.GetNumPoints(); ++i, p = p->next) {
+    if (v.empty() || v.back().x != p->x || v.back().y != p->y) v.push_back({p->x, p->y});
+  }
+  while (v.size() > 1 && v.back().x == v.front().x && v.back().y == v.front().y) v.pop_back();
+  return v;
+}
+
+// Arc around `center` from angle a0 over `sweep` radians, both ends included.
+void AddArc(RawLoop& loop, const Vertex& center, double a0, double sweep, const OffsetSide& s) {
+  const int count = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / s.step)));
+  for (int j = 0; j <= count; ++j) {
+    const double a = a0 + sweep * j / count;
+    loop.Add(center.x + s.radius * std::cos(a), center.y + s.radius * std::sin(a));
+  }
+}
+
+// The unit normal of (dx, dy) on the offset side.
+void NormalOf(int64_t dx, int64_t dy, const OffsetSide& s, double* nx, double* ny) {
+  const double length = std::hypot(static_cast<double>(dx), static_cast<double>(dy));
+  *nx = -s.side * dy / length;
+  *ny = s.side * dx / length;
+}
+
+void AddJoin(RawLoop& loop, const Vertex& prev, const Vertex& cur, const Vertex& next, const OffsetSide& s) {
+  const int64_t inX = cur.x - prev.x, inY = cur.y - prev.y, outX = next.x - cur.x, outY = next.y - cur.y;
+  const int turn = kelvor_boolean::Orientation(prev.x, prev.y, cur.x, cur.y, next.x, next.y);
+  const bool backwards = static_cast<kelvor_boolean::Int128>(inX) * outX + static_cast<kelvor_boolean::Int128>(inY) * outY < 0;
+  double ax, ay, bx, by;
+  NormalOf(inX, inY, s, &ax, &ay);
+  NormalOf(outX, outY, s, &bx, &by);
+  if (turn == 0 && !backwards) {
+    loop.Add(cur.x + s.radius * ax, cur.y + s.radius * ay);
+    return;
+  }
+  // Turning away from the offset side (or back) opens a gap that an arc fills.
+  if ((turn == 0 && backwards) || turn == -s.side) {
+    double sweep = std::atan2(ax * by - ay * bx, ax * bx + ay * by);
+    if (s.side > 0 && sweep > 0.0) sweep -= 2.0 * kPiHere;
+    if (s.side < 0 && sweep < 0.0) sweep += 2.0 * kPiHere;
+    AddArc(loop, cur, std::atan2(ay, ax), sweep, s);
+    return;
+  }
+  // Turning toward the offset side: the two offset edges overlap; passing the
+  // vertex keeps the winding of the overlap right.
+  loop.Add(cur.x + s.radius * ax, cur.y + s.radius * ay);
+  loop.Add(static_cast<double>(cur.x), static_cast<double>(cur.y));
+  loop.Add(cur.x + s.radius * bx, cur.y + s.radius * by);
+}
+
+RawLoop RawOffset(const std::vector<Vertex>& v, const OffsetSide& s) {
+  RawLoop loop;
+  if (v.size() == 1) {
+    AddArc(loop, v[0], 0.0, -s.side * 2.0 * kPiHere, s);
+    return loop;
+  }
+  const size_t n = v.size();
+  for (size_t i = 0; i < n; ++i) AddJoin(loop, v[(i + n - 1) % n], v[i], v[(i + 1) % n], s);
+  return loop;
+}
+
+void FeedAsIs(M2dBoolean& engine, const std::vector<Vertex>& v) {
+  RawLoop loop;
+  for (const Vertex& p : v) loop.Add(static_cast<double>(p.x), static_cast<double>(p.y));
+  loop.Feed(engine);
+}
+
+}  // namespace
+
+M2dOffsetter::M2dOffsetter() : result(&m_result) {}
+
+M2dOffsetter::~M2dOffsetter() {}
+
+void M2dOffsetter::CreateOffset(int32_t distance) {
+  m_result.MakeEmpty();
+  M2dBoolean engine;
+  OffsetSide s;
+  s.radius = std::fabs(static_cast<double>(distance));
+  s.side = distance < 0 ? 1 : -1;
+  s.step = s.radius > kChordError ? 2.0 * std::acos(1.0 - kChordError / s.radius) : kPiHere;
+  for (const M3dBorderContourLong& c : input) {
+    if (!c.GetIsClosed()) continue;
+    const std::vector<Vertex> v = DistinctVertices(c);
+    if (v.empty()) continue;
+    const bool flat = v.size() < 3 || c.SurfaceAreaWithSignXY() == 0.0;
+    if (flat && !(c.GetIsOuterContour() && distance < 0)) continue;
+    if (distance == 0) {
+      FeedAsIs(engine, v);
+    } else {
+      RawOffset(v, s).Feed(engine);
+    }
+  }
+  engine.SplitClassifyAndFilter(0, 32767);
+  kelvor_boolean::AppendRings(engine, m_result);
+}
+
+void M2dOffsetter::Clear() { m_result.MakeEmpty(); }

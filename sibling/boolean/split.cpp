@@ -1,0 +1,286 @@
+// Splitting the fed lines: a uniform grid proposes pairs of carriers, exact
+// predicates decide where they cross, touch or overlap, and the pieces along
+// each carrier become edges.
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "sibling/boolean/sweep.h"
+
+namespace kelvor_boolean {
+
+namespace {
+
+constexpr uint32_t kMaxGridSide = 8192;
+constexpr uint64_t kKeyTop = (static_cast<uint64_t>(1) << 62) - 1;
+
+struct Grid {
+  double originX;
+  double originY;
+  double cellWidth;
+  double cellHeight;
+  uint32_t columns;
+  uint32_t rows;
+};
+
+// A point on a carrier with its position along it (dominant axis, reversed
+// for carriers running down that axis), so that sorting reads no point.
+struct SplitPoint {
+  uint32_t carrier;
+  int32_t whole;
+  uint64_t key;
+  M2dGraphPoint* point;
+};
+
+uint32_t ClampCell(double v, uint32_t count) {
+  if (!(v > 0.0)) return 0;
+  if (v >= static_cast<double>(count - 1)) return count - 1;
+  return static_cast<uint32_t>(v);
+}
+
+Grid MakeGrid(const std::vector<Carrier>& carriers) {
+  double minX = carriers[0].minX, maxX = carriers[0].maxX, minY = carriers[0].minY, maxY = carriers[0].maxY;
+  for (const Carrier& c : carriers) {
+    minX = std::min<double>(minX, c.minX);
+    maxX = std::max<double>(maxX, c.maxX);
+    minY = std::min<double>(minY, c.minY);
+    maxY = std::max<double>(maxY, c.maxY);
+  }
+  const double width = std::max(maxX - minX, 1.0), height = std::max(maxY - minY, 1.0);
+  const double cells = 2.0 * static_cast<double>(carriers.size());
+  const double side = std::sqrt(cells * width / height);
+  Grid grid;
+  grid.columns = std::max<uint32_t>(1, std::min<uint32_t>(kMaxGridSide, static_cast<uint32_t>(side)));
+  grid.rows = std::max<uint32_t>(1, std::min<uint32_t>(kMaxGridSide, static_cast<uint32_t>(cells / grid.columns)));
+  // Cells of at least one unit, so that rounding of a crossing is far below
+  // the slack of the cell test.
+  grid.columns = std::min<uint32_t>(grid.columns, static_cast<uint32_t>(std::max(1.0, std::floor(width))));
+  grid.rows = std::min<uint32_t>(grid.rows, static_cast<uint32_t>(std::max(1.0, std::floor(height))));
+  grid.originX = minX;
+  grid.originY = minY;
+  grid.cellWidth = width / grid.columns * (1.0 + 1e-9);
+  grid.cellHeight = height / grid.rows * (1.0 + 1e-9);
+  return grid;
+}
+
+// Calls f(cell) for every cell the carrier may pass (a superset: one unit of
+// margin along x in every row).
+template <class F>
+void ForEachCellOf(const Grid& g, const Carrier& c, F f) {
+  const double ax = c.from->x, ay = c.from->y, bx = c.to->x, by = c.to->y;
+  const double lowY = std::min(ay, by), highY = std::max(ay, by);
+  const uint32_t r0 = ClampCell((lowY - g.originY) / g.cellHeight, g.rows);
+  const uint32_t r1 = ClampCell((highY - g.originY) / g.cellHeight, g.rows);
+  constexpr double kMargin = 1.0;
+  for (uint32_t r = r0; r <= r1; ++r) {
+    double x0 = std::min(ax, bx), x1 = std::max(ax, bx);
+    if (r0 != r1) {
+      const double y0 = std::max(lowY, g.originY + r * g.cellHeight);
+      const double y1 = std::min(highY, g.originY + (r + 1) * g.cellHeight);
+      const double xa = ax + (y0 - ay) * (bx - ax) / (by - ay);
+      const double xb = ax + (y1 - ay) * (bx - ax) / (by - ay);
+      x0 = std::max(x0, std::min(xa, xb) - kMargin);
+      x1 = std::min(x1, std::max(xa, xb) + kMargin);
+    }
+    const uint32_t c0 = ClampCell((x0 - g.originX) / g.cellWidth, g.columns);
+    const uint32_t c1 = ClampCell((x1 - g.originX) / g.cellWidth, g.columns);
+    for (uint32_t col = c0; col <= c1; ++col) f(r * g.columns + col);
+  }
+}
+
+// Calls visit(i, j, cell) for every pair of carriers sharing a grid cell,
+// once per shared cell.
+template <class Visit>
+void ForEachCandidatePair(const Grid& grid, const std::vector<Carrier>& carriers, Visit visit) {
+  std::vector<uint32_t> start(static_cast<size_t>(grid.columns) * grid.rows + 1, 0);
+  for (const Carrier& c : carriers) ForEachCellOf(grid, c, [&start](uint32_t cell) { ++start[cell + 1]; });
+  for (size_t k = 1; k < start.size(); ++k) start[k] += start[k - 1];
+  std::vector<uint32_t> fill(start.begin(), start.end() - 1);
+  std::vector<uint32_t> members(start.back());
+  for (uint32_t i = 0; i < carriers.size(); ++i) {
+    ForEachCellOf(grid, carriers[i], [&](uint32_t cell) { members[fill[cell]++] = i; });
+  }
+  for (uint32_t cell = 0; cell + 1 < start.size(); ++cell) {
+    for (uint32_t a = start[cell]; a < start[cell + 1]; ++a) {
+      for (uint32_t b = a + 1; b < start[cell + 1]; ++b) visit(members[a], members[b], cell);
+    }
+  }
+}
+
+bool BoxesMeet(const Carrier& a, const Carrier& b) {
+  return a.maxX >= b.minX && b.maxX >= a.minX && a.maxY >= b.minY && b.maxY >= a.minY;
+}
+
+// True when grid point p lies on segment a-b strictly between its ends.
+bool LiesInside(const M2dGraphPoint* a, const M2dGraphPoint* b, const M2dGraphPoint* p) {
+  if (Orientation(a->x, a->y, b->x, b->y, p->x, p->y) != 0) return false;
+  const Int128 ux = static_cast<int64_t>(b->x) - a->x, uy = static_cast<int64_t>(b->y) - a->y;
+  const Int128 along = ux * (static_cast<int64_t>(p->x) - a->x) + uy * (static_cast<int64_t>(p->y) - a->y);
+  return along > 0 && along < ux * ux + uy * uy;
+}
+
+// The splitting state: every split belongs to the one grid cell that holds
+// its point (a point near a cell border to both), so a pair met in several
+// cells splits once.
+class Splitter {
+ public:
+  Splitter(M2dGraph& graph, const std::vector<Carrier>& carriers, const Grid& grid)
+      : m_graph(graph), m_carriers(carriers), m_grid(grid), m_overlapping(carriers.size(), 0) {}
+
+  std::vector<SplitPoint> splits;
+
+  bool Overlaps(uint32_t carrier) const { return m_overlapping[carrier] != 0; }
+
+  void SplitPair(uint32_t i, uint32_t j, uint32_t cell) {
+    const Carrier& a = m_carriers[i];
+    const Carrier& b = m_carriers[j];
+    if (!BoxesMeet(a, b)) return;
+    ExactCoordinates c;
+    if (ProperCrossing(a.from->x, a.from->y, a.to->x, a.to->y, b.from->x, b.from->y, b.to->x, b.to->y, &c)) {
+      if (!Owns(cell, ExactToDouble(c.x, c.xFraction, c.denominator), ExactToDouble(c.y, c.yFraction, c.denominator))) {
+        return;
+      }
+      M2dGraphPoint* p = m_graph.GetExactPoint(c);
+      Add(i, p);
+      Add(j, p);
+      return;
+    }
+    if (Orientation(a.from->x, a.from->y, a.to->x, a.to->y, b.from->x, b.from->y) == 0 &&
+        Orientation(a.from->x, a.from->y, a.to->x, a.to->y, b.to->x, b.to->y) == 0) {
+      m_overlapping[i] = m_overlapping[j] = 1;
+    }
+    for (M2dGraphPoint* p : {b.from, b.to}) {
+      if (Owns(cell, p->x, p->y) && LiesInside(a.from, a.to, p)) Add(i, p);
+    }
+    for (M2dGraphPoint* p : {a.from, a.to}) {
+      if (Owns(cell, p->x, p->y) && LiesInside(b.from, b.to, p)) Add(j, p);
+    }
+  }
+
+  void Add(uint32_t carrier, M2dGraphPoint* p) {
+    const Carrier& c = m_carriers[carrier];
+    const int64_t dx = static_cast<int64_t>(c.to->x) - c.from->x;
+    const int64_t dy = static_cast<int64_t>(c.to->y) - c.from->y;
+    const bool alongX = (dx < 0 ? -dx : dx) >= (dy < 0 ? -dy : dy);
+    int32_t whole = alongX ? p->x : p->y;
+    uint64_t key = alongX ? p->xKey : p->yKey;
+    if ((alongX ? dx : dy) < 0) {
+      whole = -whole - 1;
+      key = kKeyTop - key;
+    }
+    splits.push_back({carrier, whole, key, p});
+  }
+
+ private:
+  M2dGraph& m_graph;
+  const std::vector<Carrier>& m_carriers;
+  const Grid& m_grid;
+  std::vector<char> m_overlapping;  // carriers that run along another one
+
+  bool Owns(uint32_t cell, double x, double y) const {
+    const double column = (x - m_grid.originX) / m_grid.cellWidth;
+    const double row = (y - m_grid.originY) / m_grid.cellHeight;
+    const double col0 = cell % m_grid.columns, row0 = cell / m_grid.columns;
+    constexpr double kSlack = 1e-6;
+    const bool inColumn = (col0 == 0 || column >= col0 - kSlack) && (col0 + 1 == m_grid.columns || column <= col0 + 1 + kSlack);
+    const bool inRow = (row0 == 0 || row >= row0 - kSlack) && (row0 + 1 == m_grid.rows || row <= row0 + 1 + kSlack);
+    return inColumn && inRow;
+  }
+};
+
+// Exact order of two distinct points of one carrier whose keys tie.
+bool ExactlyBefore(const Carrier& c, const M2dGraphPoint* p, const M2dGraphPoint* q) {
+  const int64_t dx = static_cast<int64_t>(c.to->x) - c.from->x;
+  const int64_t dy = static_cast<int64_t>(c.to->y) - c.from->y;
+  if ((dx < 0 ? -dx : dx) >= (dy < 0 ? -dy : dy)) {
+    const int cmp = ComparePointX(p, q);
+    return dx > 0 ? cmp < 0 : cmp > 0;
+  }
+  const int cmp = ComparePointY(p, q);
+  return dy > 0 ? cmp < 0 : cmp > 0;
+}
+
+void SortAlongCarriers(const std::vector<Carrier>& carriers, std::vector<SplitPoint>& splits) {
+  std::sort(splits.begin(), splits.end(), [&carriers](const SplitPoint& s, const SplitPoint& t) {
+    if (s.carrier != t.carrier) return s.carrier < t.carrier;
+    if (s.whole != t.whole) return s.whole < t.whole;
+    if (s.key != t.key) return s.key < t.key;
+    return s.point != t.point && ExactlyBefore(carriers[s.carrier], s.point, t.point);
+  });
+  splits.erase(std::unique(splits.begin(), splits.end(),
+                           [](const SplitPoint& s, const SplitPoint& t) {
+                             return s.carrier == t.carrier && s.point == t.point;
+                           }),
+               splits.end());
+}
+
+Edge MakeEdge(const Carrier& c, M2dGraphPoint* p, M2dGraphPoint* q) {
+  Edge e{};
+  const bool forward = p->index < q->index;
+  e.lo = forward ? p : q;
+  e.hi = forward ? q : p;
+  e.anchorX = c.from->x;
+  e.anchorY = c.from->y;
+  const int64_t dx = static_cast<int64_t>(c.to->x) - c.from->x;
+  const int64_t dy = static_cast<int64_t>(c.to->y) - c.from->y;
+  e.directionX = forward ? dx : -dx;
+  e.directionY = forward ? dy : -dy;
+  e.multiplicity = forward ? 1 : -1;
+  return e;
+}
+
+// Coincident pieces (of overlapping carriers, which come last) become one
+// edge with the sum of their multiplicities; edges whose sum is 0 separate
+// nothing and go.
+void MergeCoincidentEdges(std::vector<Edge>& edges, size_t firstOverlapping) {
+  std::sort(edges.begin() + firstOverlapping, edges.end(), [](const Edge& a, const Edge& b) {
+    return a.lo->index != b.lo->index ? a.lo->index < b.lo->index : a.hi->index < b.hi->index;
+  });
+  size_t out = firstOverlapping;
+  for (size_t i = firstOverlapping; i < edges.size();) {
+    Edge merged = edges[i];
+    size_t j = i + 1;
+    for (; j < edges.size() && edges[j].lo == merged.lo && edges[j].hi == merged.hi; ++j) {
+      merged.multiplicity += edges[j].multiplicity;
+    }
+    if (merged.multiplicity != 0) edges[out++] = merged;
+    i = j;
+  }
+  edges.resize(out);
+}
+
+}  // namespace
+
+Carrier MakeCarrier(M2dGraphPoint* from, M2dGraphPoint* to) {
+  return {from, to, std::min(from->x, to->x), std::min(from->y, to->y), std::max(from->x, to->x),
+          std::max(from->y, to->y)};
+}
+
+std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& carriers) {
+  if (carriers.empty()) return {};
+  const Grid grid = MakeGrid(carriers);
+  Splitter splitter(graph, carriers, grid);
+  splitter.splits.reserve(carriers.size() * 3);
+  for (uint32_t i = 0; i < carriers.size(); ++i) {
+    splitter.Add(i, carriers[i].from);
+    splitter.Add(i, carriers[i].to);
+  }
+  ForEachCandidatePair(grid, carriers, [&splitter](uint32_t i, uint32_t j, uint32_t cell) {
+    splitter.SplitPair(i, j, cell);
+  });
+  std::vector<SplitPoint>& splits = splitter.splits;
+  SortAlongCarriers(carriers, splits);
+  std::vector<Edge> edges, overlapping;
+  edges.reserve(splits.size());
+  for (size_t k = 0; k + 1 < splits.size(); ++k) {
+    if (splits[k].carrier != splits[k + 1].carrier) continue;
+    const Edge e = MakeEdge(carriers[splits[k].carrier], splits[k].point, splits[k + 1].point);
+    (splitter.Overlaps(splits[k].carrier) ? overlapping : edges).push_back(e);
+  }
+  const size_t firstOverlapping = edges.size();
+  edges.insert(edges.end(), overlapping.begin(), overlapping.end());
+  MergeCoincidentEdges(edges, firstOverlapping);
+  return edges;
+}
+
+}  // namespace kelvor_boolean

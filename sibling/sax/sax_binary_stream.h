@@ -1,0 +1,82 @@
+// Binary streams of 32-bit signed numbers, carried in a document as base64 of
+// their little-endian bytes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// Collects the numbers of one binary element while it is written.
+class MSAXStreamBinaryOut {
+ public:
+  // Makes room for `values` more numbers.
+  void Reserve(size_t values) { bytes_.reserve(bytes_.size() + 4 * values); }
+  // Appends one 32-bit signed number.
+  MSAXStreamBinaryOut& operator<<(int32_t value);
+  // The little-endian bytes collected so far.
+  std::string const& Bytes() const { return bytes_; }
+  // Forgets the bytes and releases their memory.
+  void Clear() { std::string().swap(bytes_); }
+
+ private:
+  std::string bytes_;
+};
+
+// Delivers the numbers of one binary element while it is read.
+class MSAXStreamBinaryIn {
+ public:
+  MSAXStreamBinaryIn() = default;
+  // Takes little-endian bytes; a trailing part of less than 4 bytes is never read.
+  explicit MSAXStreamBinaryIn(std::string bytes) : bytes_(std::move(bytes)) {}
+  // Reads the next number; past the end stores 0 and marks the stream failed.
+  MSAXStreamBinaryIn& operator>>(int32_t& value);
+  // False once a read went past the end.
+  bool Good() const { return !failed_; }
+  // True when every number has been read.
+  bool AtEnd() const { return position_ + 4 > bytes_.size(); }
+  // Number of numbers not yet read.
+  size_t Remaining() const { return (bytes_.size() - position_) / 4; }
+
+ private:
+  std::string bytes_;
+  size_t position_ = 0;
+  bool failed_ = false;
+};
+
+// The stream object a writer hands out; it stays the writer's.
+class MSAXWriterBinaryStream {
+ public:
+  // name: written as the element's "stream" attribute; none when hasName is false.
+  MSAXWriterBinaryStream(std::string name, bool hasName) : name_(std::move(name)), hasName_(hasName) {}
+  MSAXStreamBinaryOut& GetBinaryOut() { return out_; }
+  std::string const& GetName() const { return name_; }
+  bool HasName() const { return hasName_; }
+
+ private:
+  std::string name_;
+  bool hasName_;
+  MSAXStreamBinaryOut out_;
+};
+
+// The stream object a reader hands out for the current element; it stays the
+// reader's and lives until the next OpenBinaryStream or the end of the element.
+class MSAXReaderBinaryStream {
+ public:
+  MSAXReaderBinaryStream(std::string bytes, std::string name)
+      : in_(std::move(bytes)), name_(std::move(name)) {}
+  MSAXStreamBinaryIn& GetBinaryIn() { return in_; }
+  // The element's "stream" attribute; empty when it had none.
+  std::string const& GetName() const { return name_; }
+
+ private:
+  MSAXStreamBinaryIn in_;
+  std::string name_;
+};
+
+// Appends the base64 of bytes to out, in lines of 76 characters each ended by
+// a line feed (the last line too, unless bytes is empty).
+void AppendBase64(std::string const& bytes, std::string& out);
+
+// Decodes base64, skipping white space. False on a character outside the
+// alphabet, misplaced padding, a cut-off group, or a byte count that is not a
+// multiple of 4; problem then says which and where.
+bool DecodeBase64(std::string const& text, std::string& bytes, std::string& problem);

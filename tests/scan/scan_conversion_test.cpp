@@ -1,0 +1,221 @@
+#include "scan/scan_conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <vector>
+
+#include "layer/contour_layer.h"
+#include "scan/slice_file_parameters.h"
+#include "scan/tabel.h"
+#include "support/layer_builders.h"
+#include "support/scan_tables.h"
+
+using testing_support::CheckTable;
+using testing_support::Columns;
+using testing_support::ColumnsOf;
+using testing_support::Describe;
+using testing_support::NewContour;
+using testing_support::ScopedTable;
+
+namespace {
+
+using Ring = std::vector<MMPoint2d<long>>;
+
+// A layer that releases its contours at the end of a test.
+struct ScopedLayer {
+  CONTOUR_LAYER layer;
+  ScopedLayer(std::initializer_list<Ring> rings, unsigned char closed = 1) {
+    for (const Ring& r : rings)
+      layer.AddContourAtEnd(NewContour(r, closed));
+    layer.BEPAAL_EXTREMA();
+  }
+  ~ScopedLayer() { layer.LEEG_LAAG(); }
+};
+
+MSliceFileParameters Grid(int32_t distance, int32_t shift) {
+  MSliceFileParameters p;
+  p.XHatchDistance = p.YHatchDistance = distance;
+  p.XHatchShift = p.YHatchShift = shift;
+  return p;
+}
+
+// X table of a layer with the given grid, as columns.
+Columns ScanX(CONTOUR_LAYER& layer, MSliceFileParameters p, L_LIST* extra = nullptr) {
+  ScopedTable t;
+  layer.X_ARCEER_LAAG(&t.root, p, extra);
+  EXPECT_EQ(CheckTable(t.root), "");
+  return ColumnsOf(t.root);
+}
+
+Columns ScanY(CONTOUR_LAYER& layer, MSliceFileParameters p) {
+  ScopedTable t;
+  layer.Y_ARCEER_LAAG(&t.root, p, nullptr);
+  EXPECT_EQ(CheckTable(t.root), "");
+  return ColumnsOf(t.root);
+}
+
+std::vector<int32_t> PositionsOf(const Columns& columns) {
+  std::vector<int32_t> positions;
+  for (const auto& c : columns)
+    positions.push_back(c.first);
+  return positions;
+}
+
+}  // namespace
+
+TEST(ScanConversion, SquareEdgesOnColumnsGetNoCrossings) {
+  ScopedLayer cw({{{0, 0}, {0, 100}, {100, 100}, {100, 0}}});
+  ScopedLayer ccw({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}});
+  EXPECT_EQ(Describe(ScanX(cw.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
+  EXPECT_EQ(Describe(ScanX(ccw.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
+  EXPECT_EQ(Describe(ScanY(cw.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
+}
+
+TEST(ScanConversion, VerticesOnColumnsFollowTheDirectionRule) {
+  // Diamond: tips at x 0 and 100 touch their columns; the vertices at x 50
+  // are passed through and give one crossing each.
+  ScopedLayer diamond({{{50, 0}, {100, 50}, {50, 100}, {0, 50}}});
+  EXPECT_EQ(Describe(ScanX(diamond.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
+  // A stretch along the column at 50 on the way up: one crossing, at its end.
+  ScopedLayer stair({{{0, 0}, {50, 20}, {50, 40}, {100, 60}, {100, 100}, {0, 100}}});
+  EXPECT_EQ(Describe(ScanX(stair.layer, Grid(50, 0))), "0:{} 50:{40,100} 100:{} ");
+  // The same stretch at the top of a bump: none.
+  ScopedLayer bump({{{0, 0}, {50, 50}, {50, 60}, {0, 100}}});
+  EXPECT_EQ(Describe(ScanX(bump.layer, Grid(25, 0))), "0:{} 25:{25,80} 50:{} ");
+}
+
+TEST(ScanConversion, CrossingsRoundHalfAwayFromZero) {
+  ScopedLayer triangle({{{0, 0}, {10, 5}, {10, -5}}});
+  EXPECT_EQ(Describe(ScanX(triangle.layer, Grid(5, 0))), "0:{} 5:{-3,3} 10:{} ");
+}
+
+TEST(ScanConversion, OpenAndDegenerateContoursAddNothing) {
+  ScopedLayer open({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}}, 0);
+  EXPECT_EQ(Describe(ScanX(open.layer, Grid(50, 0))), "0:{} 50:{} 100:{} ");
+  ScopedLayer undetermined({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}}, kNotDetermined);
+  EXPECT_EQ(Describe(ScanX(undetermined.layer, Grid(50, 0))), "0:{} 50:{} 100:{} ");
+  // All points on one column, or a single point: skipped, no endless search.
+  ScopedLayer flat({{{50, 0}, {50, 100}, {50, 30}}, {{70, 70}}, {{0, 0}, {100, 10}, {100, 20}, {0, 30}}});
+  EXPECT_EQ(Describe(ScanX(flat.layer, Grid(50, 0))), "0:{} 50:{5,25} 100:{} ");
+}
+
+TEST(ScanConversion, GridStartsAtTheShiftAndEndsAtTheGreatestCoordinate) {
+  ScopedLayer l({{{0, 0}, {25, 0}, {25, 25}, {0, 25}}});
+  EXPECT_EQ(PositionsOf(ScanX(l.layer, Grid(10, 5))), (std::vector<int32_t>{5, 15, 25}));
+  EXPECT_EQ(PositionsOf(ScanX(l.layer, Grid(10, -12))), (std::vector<int32_t>{-12, -2, 8, 18}));
+  EXPECT_TRUE(ScanX(l.layer, Grid(10, 26)).empty());
+}
+
+TEST(ScanConversion, ExtraColumnsJoinTheGrid) {
+  ScopedLayer l({{{0, 0}, {20, 0}, {20, 20}, {0, 20}}});
+  L_LIST extra = {0, nullptr};
+  VOEG_ACHTER_L_LIJST(&extra, 3);
+  VOEG_ACHTER_L_LIJST(&extra, 10);
+  EXPECT_EQ(Describe(ScanX(l.layer, Grid(10, 0), &extra)), "0:{} 3:{0,20} 10:{0,20} 10:{0,20} 20:{} ");
+  // Above the layer: the extra columns alone.
+  EXPECT_EQ(Describe(ScanX(l.layer, Grid(10, 100), &extra)), "3:{0,20} 10:{0,20} ");
+  LEEG_L_LIJST(&extra);
+}
+
+TEST(ScanConversion, NothingIsTouchedWithoutContoursOrADistance) {
+  ScopedLayer l({{{0, 0}, {20, 0}, {20, 20}, {0, 20}}});
+  MSliceFileParameters p = Grid(10, 5);
+  p.AlternateHatchShift = true;
+  const int32_t before = PositionsOf(ScanX(l.layer, p)).front();
+  CONTOUR_LAYER empty;
+  for (int32_t distance : {0, -10}) {
+    TABEL marker;
+    marker.Position = 42;
+    MSliceFileParameters q = p;
+    q.XHatchDistance = distance;
+    l.layer.X_ARCEER_LAAG(&marker, q, nullptr);
+    EXPECT_EQ(marker.Position, 42) << "distance " << distance;
+    empty.X_ARCEER_LAAG(&marker, p, nullptr);
+    EXPECT_EQ(marker.Position, 42);
+  }
+  // None of the calls above reached the grid step, so the flip did not move.
+  EXPECT_EQ(PositionsOf(ScanX(l.layer, p)).front(), before == 5 ? 10 : 5);
+}
+
+namespace {
+
+// Alternating scans from a fresh process; exits 0 when every start is right.
+void CheckAlternationFromProcessStart() {
+  ScopedLayer l({{{0, 0}, {30, 0}, {30, 30}, {0, 30}}});
+  MSliceFileParameters p = Grid(10, 5);
+  p.AlternateHatchShift = true;
+  std::vector<int32_t> starts;
+  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
+  starts.push_back(PositionsOf(ScanY(l.layer, p)).front());
+  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
+  p.AlternateHatchShift = false;
+  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
+  p.AlternateHatchShift = true;
+  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
+  starts.push_back(PositionsOf(ScanY(l.layer, p)).front());
+  std::exit(starts == std::vector<int32_t>{10, 10, 5, 5, 10, 5} ? 0 : 1);
+}
+
+}  // namespace
+
+// The flips live for the whole process: the check runs in a fresh one.
+TEST(ScanConversion, AlternatingGridsFlipPerAxisForTheWholeProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(CheckAlternationFromProcessStart(), ::testing::ExitedWithCode(0), "")
+      << "expected X starts 10, 5, 5 (not alternating), 10 and Y starts 10, 5";
+}
+
+TEST(ScanConversion, YTableIsTheXTableOfTheTransposedLayer) {
+  const Ring outer = testing_support::Circle(500, 400, 380, 37, true);
+  const Ring hole = testing_support::Circle(450, 420, 150, 23, false);
+  auto transpose = [](Ring r) {
+    for (auto& p : r)
+      std::swap(p.x, p.y);
+    return r;
+  };
+  ScopedLayer l({outer, hole});
+  ScopedLayer t({transpose(outer), transpose(hole)});
+  const Columns y = ScanY(l.layer, Grid(17, 3));
+  EXPECT_EQ(y, ScanX(t.layer, Grid(17, 3))) << Describe(y);
+  for (const auto& c : y)
+    EXPECT_EQ(c.second.size() % 2, 0u) << "column " << c.first;
+}
+
+TEST(ExtraGridLines, NarrowRunsMissedByTheGridGetAMiddleLine) {
+  L_LIST extra = {0, nullptr};
+  ScopedTable empty;
+  EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, empty.root, 10, 10));
+  ScopedTable wide({{0, {0, 10}}, {1, {38, 42}}});
+  EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, wide.root, 10, 10));
+  EXPECT_EQ(extra.Value, 0);
+  // A grid line on the run's end does not cross it.
+  ScopedTable toGridLine({{0, {12, 20}}});
+  EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, toGridLine.root, 10, 10));
+  EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{16}));
+  LEEG_L_LIJST(&extra);
+  // Grid lines below the start do not count; halves truncate on their own.
+  ScopedTable narrow({{0, {12, 18}}, {1, {-9, -3}}});
+  EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 10));
+  EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{-5, 15}));
+  // The lines are in now: a second pass finds them and adds nothing.
+  EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 10));
+  // A run whose middle is already listed (on its end) still reports the need.
+  ScopedTable again({{0, {15, 16}}});
+  EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, again.root, 10, 10));
+  EXPECT_EQ(extra.Value, 2);
+  EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 0));
+  EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, -10));
+  LEEG_L_LIJST(&extra);
+}
+
+TEST(ExtraGridLines, FilterDropsValuesWhoseColumnIsEmpty) {
+  ScopedTable t({{5, {}}, {15, {1, 2}}, {25, {}}});
+  L_LIST extra = {0, nullptr};
+  for (int32_t v : {5, 15, 20, 25})
+    VOEG_ACHTER_L_LIJST(&extra, v);
+  FILTER_EXTRA_LIJST(&extra, t.root);
+  EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{15, 20, 25}));
+  EXPECT_EQ(extra.Value, 3);
+  LEEG_L_LIJST(&extra);
+}
