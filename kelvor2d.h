@@ -37,6 +37,8 @@
 // Boolean and slice bridges
 #include "bridges/slice_conversions.h"
 #include "bridges/border_conversion.h"
+#include "bridges/boolean_front_ends.h"
+#include "bridges/graph_extraction.h"
 
 // Bitmap rendering
 #include "bitmap/part.h"
@@ -55,6 +57,11 @@
 #include "sibling/units/internal_units.h"
 #include "sibling/math/math_core.h"
 #include "sibling/math/border.h"
+#include "sibling/boolean/exact_arithmetic.h"
+#include "sibling/boolean/graph.h"
+#include "sibling/boolean/boolean.h"
+#include "sibling/boolean/offsetter.h"
+#include "sibling/boolean/border_functions.h"
 #include "sibling/slice/slice_vector_types.h"
 #include "sibling/slice/slice_layers.h"
 #include "sibling/slice/slice.h"

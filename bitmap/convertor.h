@@ -13,7 +13,10 @@
 // y upward without padding; pixel (x, y) is at y * width + x. Pixel (0, 0) has
 // its corner at the contours' origin, and the bitmap covers 0..sizeX by
 // 0..sizeY in the unit of length of MInternalUnits; what lies outside is cut
-// off. Build, call Operate once, then the bytes are the caller's.
+// off. Build, call Operate once, then the bytes are the caller's. Each byte is
+// exact to within a grey level wherever the active parts of a row stay in x
+// order; detail much finer than a pixel can break that order (see
+// ActivePartXCompare) and then leaves pixels of that row wrong.
 class MContours2BitmapConvertor {
  public:
   using Border = MContour2BitmapLineSweep::Border;

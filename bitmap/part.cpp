@@ -216,26 +216,25 @@ double MContourYSplittedPart::_RightArea(ConstPosition lower, ConstPosition uppe
     return yb - ya;  // wholly left of the pixel
   if (xa >= xr && xb >= xr)
     return 0.0;  // wholly right of the pixel
-  // Clip to the pixel; what falls left of it is a full-width strip.
-  double extra = 0.0;
-  if (x > xa) {
-    const double yi = _IntersectX(lower, upper, x);
-    extra += yi - ya;
-    ya = yi;
-    xa = x;
-  } else if (xa > xr) {
-    ya = _IntersectX(lower, upper, xr);
-    xa = xr;
-  }
-  if (x > xb) {
-    const double yi = _IntersectX(lower, upper, x);
-    extra += yb - yi;
-    yb = yi;
-    xb = x;
-  } else if (xb > xr) {
-    yb = _IntersectX(lower, upper, xr);
-    xb = xr;
-  }
+  // Clip to the pixel. An end left of the pixel moves onto its left edge, and
+  // the height it moved is a full-width strip; an end right of it moves onto
+  // its right edge. Returns the new y minus the old for the first kind.
+  auto clipEnd = [&](double& xe, double& ye) {
+    if (x > xe) {
+      const double yi = _IntersectX(lower, upper, x);
+      const double moved = yi - ye;
+      ye = yi;
+      xe = x;
+      return moved;
+    }
+    if (xe > xr) {
+      ye = _IntersectX(lower, upper, xr);
+      xe = xr;
+    }
+    return 0.0;
+  };
+  double extra = clipEnd(xa, ya);  // the strip below the crossing
+  extra -= clipEnd(xb, yb);        // the strip above it
   return (xr - (xa + xb) * 0.5) * (yb - ya) + extra;
 }
 

@@ -171,7 +171,8 @@ class MContourYSplittedPart {
   mutable int32_t right;        // pixel column of doubleRight
 };
 
-// Strict order of the active list of the sweep: left to right in the working
-// row, by the direction of leaving or reaching a shared vertex. Both parts must
-// be activated.
+// Order of the active list of the sweep: left to right in the working row, by
+// the direction of leaving or reaching a shared vertex. Both parts must be
+// activated. Parts with no common height are ordered by their right ends, which
+// is not transitive where several parts end within one row (sub-pixel detail).
 bool ActivePartXCompare(const MContourYSplittedPart* a, const MContourYSplittedPart* b);

@@ -28,11 +28,14 @@ void FeedContour(M2dBoolean* engine, const CONTOUR& c, bool swap, bool lineFlag,
     } else {
       engine->AddLine(previous, next, lineFlag);
     }
-    if (p.y < lowest) lowest = p.y;
-    if (p.y > highest) highest = p.y;
+    if (p.y < lowest)
+      lowest = p.y;
+    if (p.y > highest)
+      highest = p.y;
     previous = next;
   }
-  if (addShells) engine->AddShell(lowest, highest);
+  if (addShells)
+    engine->AddShell(lowest, highest);
 }
 
 // Builds an engine, feeds a and b, keeps the region above `level` and
@@ -40,7 +43,8 @@ void FeedContour(M2dBoolean* engine, const CONTOUR& c, bool swap, bool lineFlag,
 void RunTwoOperands(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
                     AU::M2DBooleanOptions* options, bool reverseB, int16_t level) {
   M2dBoolean engine;
-  if (options != nullptr) engine.options = options->flags;
+  if (options != nullptr)
+    engine.options = options->flags;
   M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, a, false, false, true);
   M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, b, reverseB, false, true);
   engine.SplitClassifyAndFilter(level, kNoUpperBound);
@@ -49,11 +53,12 @@ void RunTwoOperands(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYE
 
 }  // namespace
 
-void M2dBoolean_Utilities::AddContourLayerToBoolean(M2dBoolean* engine, const CONTOUR_LAYER& layer, bool reverse,
-                                                    bool lineFlag, bool addShells) {
+void M2dBoolean_Utilities::AddContourLayerToBoolean(M2dBoolean* engine, const CONTOUR_LAYER& layer,
+                                                    bool reverse, bool lineFlag, bool addShells) {
   for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
     const bool swap = FlagsCallForSwap(*c) ? !reverse : reverse;
-    if (c->NumPoints <= 0) continue;
+    if (c->NumPoints <= 0)
+      continue;
     FeedContour(engine, *c, swap, lineFlag, addShells);
   }
 }

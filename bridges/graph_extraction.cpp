@@ -10,16 +10,19 @@ void M2dGraphExtractContourLayer::Empty() {
 void M2dGraphExtractContourLayer::BeginContour(int32_t numPoints, bool closed) {
   auto* contour = new CONTOUR();
   contour->Closed = closed ? 1 : 0;
-  contour->Points = static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * static_cast<size_t>(numPoints)));
+  contour->Points =
+      static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * static_cast<size_t>(numPoints)));
   contour->NumPoints = 0;
   if (current == nullptr) {
     contour->NextContour = layer->FirstContour;
     layer->FirstContour = contour;
-    if (layer->LastContour == nullptr) layer->LastContour = contour;
+    if (layer->LastContour == nullptr)
+      layer->LastContour = contour;
   } else {
     contour->NextContour = current->NextContour;
     current->NextContour = contour;
-    if (layer->LastContour == current) layer->LastContour = contour;
+    if (layer->LastContour == current)
+      layer->LastContour = contour;
   }
   ++layer->NumContours;
   current = contour;
@@ -39,6 +42,7 @@ void M2dGraphExtractContourLayer::SetTurning(bool clockwise) {
 void ExtractContourLayer(M2dBoolean* engine, CONTOUR_LAYER& layer) {
   M2dGraphBorderExtractSource2dGraph source{engine};
   M2dGraphExtractContourLayer sink{&layer, nullptr};
-  M2dGraphBorderConvert<M2dGraphBorderExtractSource2dGraph, M2dGraphExtractContourLayer> walker(&source, &sink);
+  M2dGraphBorderConvert<M2dGraphBorderExtractSource2dGraph, M2dGraphExtractContourLayer> walker(&source,
+                                                                                                &sink);
   walker.Extract(32767, true, false, true);
 }

@@ -39,10 +39,10 @@ struct M2dGraphExtractContourLayer {
 template <class Source, class Sink>
 class M2dGraphBorderConvert {
  public:
-  Source* source;  // not owned
-  Sink* sink;      // not owned
-  bool closed = false;                              // whether the chain in hand closes
-  std::deque<DLIST_ELEMENT<M2dGraphLine>*> chain;   // lines of the chain in hand, in walking order
+  Source* source;                                  // not owned
+  Sink* sink;                                      // not owned
+  bool closed = false;                             // whether the chain in hand closes
+  std::deque<DLIST_ELEMENT<M2dGraphLine>*> chain;  // lines of the chain in hand, in walking order
 
   M2dGraphBorderConvert(Source* s, Sink* k) : source(s), sink(k) {}
   virtual ~M2dGraphBorderConvert() {}
@@ -79,22 +79,28 @@ inline double ExactOf(int32_t whole, uint32_t numerator, uint32_t denominator) {
 template <class Source, class Sink>
 void M2dGraphBorderConvert<Source, Sink>::Extract(int16_t level, bool keepOpen, bool segmentFlag,
                                                   bool clearTarget) {
-  if (clearTarget) sink->Empty();
+  if (clearTarget)
+    sink->Empty();
   DLIST_ELEMENT<M2dGraphLine>* first = source->First();
-  if (first == nullptr) return;
-  if (level == 32767) level = first->line.level;
+  if (first == nullptr)
+    return;
+  if (level == 32767)
+    level = first->line.level;
   for (DLIST_ELEMENT<M2dGraphLine>* n = first; n != nullptr; n = n->next) {
     n->line.status = static_cast<uint8_t>(n->line.status & ~kMarks);
   }
   for (DLIST_ELEMENT<M2dGraphLine>* start = first; start != nullptr; start = start->next) {
-    if (IsTaken(start) || start->line.level != level) continue;
+    if (IsTaken(start) || start->line.level != level)
+      continue;
     chain.clear();
     closed = false;
     chain.push_back(start);
     Mark(start);
     WalkForward(start, segmentFlag);
-    if (!closed) WalkBackward(start, segmentFlag);
-    if (!closed && !keepOpen) continue;
+    if (!closed)
+      WalkBackward(start, segmentFlag);
+    if (!closed && !keepOpen)
+      continue;
     Emit();
   }
 }
@@ -121,7 +127,8 @@ template <class Source, class Sink>
 void M2dGraphBorderConvert<Source, Sink>::WalkBackward(DLIST_ELEMENT<M2dGraphLine>* start, bool segmentFlag) {
   for (DLIST_ELEMENT<M2dGraphLine>* current = start;;) {
     DLIST_ELEMENT<M2dGraphLine>* previous = current->line.FindPreviousSegment(segmentFlag);
-    if (previous == nullptr || IsTaken(previous)) return;
+    if (previous == nullptr || IsTaken(previous))
+      return;
     Mark(previous);
     chain.push_front(previous);
     current = previous;
@@ -144,6 +151,7 @@ void M2dGraphBorderConvert<Source, Sink>::Emit() {
     sum += dx * sy * 0.5;
     sink->AddPoint(from->x, from->y);
   }
-  if (!closed) sink->AddPoint(chain.back()->line.to->x, chain.back()->line.to->y);
+  if (!closed)
+    sink->AddPoint(chain.back()->line.to->x, chain.back()->line.to->y);
   sink->SetTurning(sum > 0.0);
 }

@@ -18,7 +18,7 @@ namespace {
 
 // ---- the consuming walk ----
 
-// Steps 2 to 4: the second-table cursor on the tail sentinel, then down while
+// The second-table cursor: from the tail sentinel down while
 // it stands above the start column. Null for a second table without columns.
 TABEL* PlaceCheckCursor(TABEL* checkTable, int32_t startPosition) {
   if (checkTable == nullptr || checkTable->Next == nullptr)
@@ -130,7 +130,7 @@ struct ColumnCheck {
   }
 };
 
-// Step 4.4.1: the lowest filled slot strictly within maxStep, then on through
+// The path to extend: the lowest filled slot strictly within maxStep, then on through
 // the filled slots while each is strictly nearer. -1 when none is near enough.
 int32_t ChooseSlot(SlotSet& live, int32_t entry, int32_t maxStep) {
   int32_t best = -1;
@@ -161,7 +161,7 @@ struct Sweep {
   TABEL* checkCursor = nullptr;
 };
 
-// Step 4.3: the check column for the connections into `column`.
+// The check column for the connections into `column`.
 ColumnCheck PrepareCheck(Sweep& sweep, const TABEL* column) {
   ColumnCheck check;
   TABEL*& cursor = sweep.checkCursor;
@@ -176,7 +176,7 @@ ColumnCheck PrepareCheck(Sweep& sweep, const TABEL* column) {
   return check;
 }
 
-// Step 4.4 for one run: extend the chosen path, or start a new one.
+// One run: extend the chosen path, or start a new one.
 void TakeRun(Sweep& sweep, ColumnCheck& check, int32_t x, int32_t a, int32_t b) {
   const int32_t entry = sweep.entryHigh ? b : a;
   const int32_t exit = sweep.entryHigh ? a : b;
@@ -191,7 +191,7 @@ void TakeRun(Sweep& sweep, ColumnCheck& check, int32_t x, int32_t a, int32_t b) 
   sweep.next.Add(sweep.all.MakePath(x, entry, exit));
 }
 
-// Steps 4.5 and 4.6: the live set ends with the paths of this column.
+// The live set ends with the paths of this column.
 void AdvanceLiveSet(Sweep& sweep, int32_t x) {
   for (int32_t i = 0; i < sweep.live.slots.Count(); ++i) {
     if (sweep.live.slots[i] != nullptr && LastX(sweep.live.slots[i]) < x)
@@ -212,7 +212,7 @@ void EmptyLiveSet(Sweep& sweep) {
   }
 }
 
-// Step 4 for one column after the first.
+// One column after the first.
 void SweepColumn(Sweep& sweep, TABEL* column) {
   const bool hasCrossing = hatch_internal::HasFirstCrossing(column);
   if (column->Position == 1 && !hasCrossing)
@@ -230,7 +230,7 @@ void SweepColumn(Sweep& sweep, TABEL* column) {
   sweep.entryHigh = !sweep.entryHigh;
 }
 
-// Step 1: the largest y step between neighbouring columns within the
+// The largest y step between neighbouring columns within the
 // connection distance (0 when a negative grid distance leaves no root).
 int32_t MaximumStep(const MSliceFileParameters& parameters) {
   const double connect = parameters.MeanderConnectDistance;

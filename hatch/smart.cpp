@@ -54,7 +54,7 @@ void WriteSmartVector(int32_t* out, Axis axis, int32_t position, int32_t u, int3
   hatch_internal::WriteColumnVector(out, axis, position, u, end);
 }
 
-// Step 6: draws run after run into the block; false when a pair lacks its
+// Draws run after run into the block; false when a pair lacks its
 // second element, a list ends inside a pair, or the buffer would overflow.
 bool DrawNearestRuns(VECTOR_BLOK* block, int32_t capacity, TABEL& table, TABEL* column,
                      const MSliceFileParameters& parameters, const SmartWalk& walk) {

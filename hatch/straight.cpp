@@ -43,7 +43,7 @@ void WriteColumnRuns(int32_t* stretch, int32_t pairs, const TABEL* column, Axis 
   }
 }
 
-// Step 5: every column with a list writes its stretch and turns the direction.
+// Every column with a list writes its stretch and turns the direction.
 int32_t WriteSerpentine(VECTOR_BLOK* block, TABEL& table, const StraightWalk& walk,
                         const ShorteningRule& rule) {
   bool rising = true;

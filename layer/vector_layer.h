@@ -201,9 +201,10 @@ class VECTOR_LAYER {
   // down. Long vectors are shortened at their end when ShortenSmartHatch.
   // Consumes the table (fit only for LEEG_TABEL afterwards). True also when
   // there is nothing to draw. False, with nothing added, when the block or its
-  // buffer cannot be allocated, when a list ends inside a pair (the vectors
-  // drawn so far are dropped, the table stays partly consumed), or when the
-  // lists hold more runs than their counts. A null List counts as empty.
+  // buffer cannot be allocated, when the walk meets a crossing without its
+  // partner (the vectors drawn so far are dropped, the table stays partly
+  // consumed), or when the lists hold more runs than their counts. A null
+  // List counts as empty.
   bool ADD_X_SMART_HATCHING(class TABEL& table, struct MSliceFileParameters& parameters,
                             unsigned short direction, char type);
   // The same on a Y table.

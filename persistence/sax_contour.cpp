@@ -91,7 +91,12 @@ bool MSaxContour::_HandleTagPoints(std::wstring const& tag, MSAXReader& reader) 
 
 bool MSaxContour::_HandleCount(MSAXReader& reader) {
   int32_t count = 0;
-  if (!ReadNumber(reader, count) || count < 0 || count > kMaxPersistedPoints) {
+  if (!ReadNumber(reader, count)) {
+    return false;
+  }
+  if (count < 0 || count > kMaxPersistedPoints) {
+    reader.ExplainRefusal("a Count of " + std::to_string(count) + " points is not between 0 and " +
+                          std::to_string(kMaxPersistedPoints));
     return false;
   }
   free(contour->Points);
@@ -112,7 +117,10 @@ bool MSaxContour::_HandleData(MSAXReader& reader) {
   }
   MSAXStreamBinaryIn& in = stream->GetBinaryIn();
   if (in.Remaining() != 2 * static_cast<size_t>(contour->NumPoints)) {
-    return false;  // "Data" shorter or longer than "Count" says
+    reader.ExplainRefusal("Data holds " + std::to_string(in.Remaining()) + " values where Count " +
+                          std::to_string(contour->NumPoints) + " asks for " +
+                          std::to_string(2 * static_cast<size_t>(contour->NumPoints)));
+    return false;
   }
   for (int32_t i = 0; i < contour->NumPoints; ++i) {
     in >> contour->Points[i].x >> contour->Points[i].y;

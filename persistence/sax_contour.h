@@ -20,6 +20,7 @@ class MSaxContour : public ISAXPersistHelper {
   CONTOUR* contour;        // the contour written or filled; not owned
   char const* streamName;  // name for the binary stream, null for the default; not owned
 
+  // Both stay the caller's and must outlive the handler.
   MSaxContour(CONTOUR* contour, char const* streamName) : contour(contour), streamName(streamName) {}
   ~MSaxContour() override {}
 

@@ -1,6 +1,9 @@
 // Persistence of a CONTOUR_LAYER as the element "Contours" through the SAX
-// layer. Store:  MSAXWriter(path).WriteDocument(MSaxContourLayer(&layer, nullptr));
-// Read:          MSAXReader().ReadFile(path, handler)  (contours come back in reverse order).
+// layer:
+//   MSaxContourLayer handler(&layer, nullptr);
+//   bool stored = MSAXWriter("layer.xml").WriteDocument(handler);
+//   MSAXReader reader; bool read = reader.ReadFile("layer.xml", handler);  // else reader.GetError()
+// Contours come back in the reverse of their written order.
 #pragma once
 
 #include <string>
@@ -19,8 +22,10 @@ class MSaxContourLayer : public ISAXPersistHelper {
   CONTOUR* currentContour;  // the contour being read, null when none is under construction
   CONTOUR_LAYER* layer;     // the layer written or filled; not owned
 
+  // The layer and the name stay the caller's and must outlive the handler.
   MSaxContourLayer(CONTOUR_LAYER* const layer, char const* streamName)
       : streamName(streamName), currentContour(nullptr), layer(layer) {}
+  // Copies the three fields; the copy shares the layer.
   MSaxContourLayer(MSaxContourLayer const& other) = default;
   MSaxContourLayer& operator=(MSaxContourLayer const& other) = default;
   ~MSaxContourLayer() override {}

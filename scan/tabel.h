@@ -1,6 +1,8 @@
 // The scan table: a doubly linked chain of columns (scan lines) between two
 // sentinel columns, each column holding the sorted crossings of the layer's
 // contours with it. One record serves as the caller's root and as a column.
+// Columns and list elements come from calloc/malloc; as with the number lists,
+// an allocation that fails is not reported (these operations have no result).
 #pragma once
 
 #include <cstdint>

@@ -69,9 +69,12 @@ double RunOurs(const Workload& w, Operation op) {
     AU::BooleanUnify(a, 0);
     AU::BooleanUnify(b, 0);
   }
-  if (op == Operation::kUnion) AU::BooleanUnite(a, b, result, nullptr);
-  if (op == Operation::kIntersection) AU::BooleanIntersect(a, b, result, nullptr);
-  if (op == Operation::kDifference) AU::BooleanSubtract(a, b, result, nullptr);
+  if (op == Operation::kUnion)
+    AU::BooleanUnite(a, b, result, nullptr);
+  if (op == Operation::kIntersection)
+    AU::BooleanIntersect(a, b, result, nullptr);
+  if (op == Operation::kDifference)
+    AU::BooleanSubtract(a, b, result, nullptr);
   const double area = LayerArea(result);
   a.LEEG_LAAG();
   b.LEEG_LAAG();
@@ -84,7 +87,8 @@ ClipperLib::Paths ToPaths(const workloads::Rings& rings) {
   ClipperLib::Paths paths;
   for (const workloads::Ring& ring : rings) {
     ClipperLib::Path path;
-    for (const MMPoint2d<long>& p : ring) path.push_back(ClipperLib::IntPoint(p.x, p.y));
+    for (const MMPoint2d<long>& p : ring)
+      path.push_back(ClipperLib::IntPoint(p.x, p.y));
     paths.push_back(path);
   }
   return paths;
@@ -103,7 +107,8 @@ double RunClipper(const Workload& w, Operation op) {
   ClipperLib::Paths solution;
   clipper.Execute(type, solution, ClipperLib::pftNegative, ClipperLib::pftNegative);
   double area = 0.0;
-  for (const ClipperLib::Path& p : solution) area -= ClipperLib::Area(p);  // clockwise counts positive here
+  for (const ClipperLib::Path& p : solution)
+    area += ClipperLib::Area(p);  // outer paths come counter-clockwise
   return area;
 }
 #endif
@@ -120,20 +125,24 @@ double BestOf(int runs, const std::function<double()>& run, double* value) {
 }
 
 void PrintComparison(const std::vector<Workload>& list) {
-  std::printf("\n%-14s %-13s %12s %12s %8s %14s\n", "workload", "operation", "ours [ms]", "clipper [ms]", "ratio",
-              "area diff");
+  std::printf("\n%-14s %-13s %12s %12s %8s %14s\n", "workload", "operation", "ours [ms]", "clipper [ms]",
+              "ratio", "area diff");
   for (const Workload& w : list) {
     for (int k = 0; k < 3; ++k) {
       const Operation op = static_cast<Operation>(k);
       double ourArea = 0.0;
-      const double ours = BestOf(3, [&] { return RunOurs(w, op); }, &ourArea);
+      const double ours = BestOf(
+          3, [&] { return RunOurs(w, op); }, &ourArea);
 #ifdef KELVOR2D_HAVE_CLIPPER
       double theirArea = 0.0;
-      const double theirs = BestOf(w.name == "star-100000" ? 1 : 3, [&] { return RunClipper(w, op); }, &theirArea);
-      std::printf("%-14s %-13s %12.1f %12.1f %8.2f %13.2e%%\n", w.name.c_str(), kOperationNames[k], ours, theirs,
-                  ours / theirs, 100.0 * std::fabs(ourArea - theirArea) / std::max(std::fabs(theirArea), 1.0));
+      const double theirs = BestOf(
+          w.name == "star-100000" ? 1 : 3, [&] { return RunClipper(w, op); }, &theirArea);
+      std::printf("%-14s %-13s %12.1f %12.1f %8.2f %13.2e%%\n", w.name.c_str(), kOperationNames[k], ours,
+                  theirs, ours / theirs,
+                  100.0 * std::fabs(ourArea - theirArea) / std::max(std::fabs(theirArea), 1.0));
 #else
-      std::printf("%-14s %-13s %12.1f %12s %8s %14s\n", w.name.c_str(), kOperationNames[k], ours, "-", "-", "-");
+      std::printf("%-14s %-13s %12.1f %12s %8s %14s\n", w.name.c_str(), kOperationNames[k], ours, "-", "-",
+                  "-");
 #endif
       std::fflush(stdout);
     }
@@ -149,7 +158,8 @@ void RegisterOurs(const std::vector<Workload>& list) {
       const Operation op = static_cast<Operation>(k);
       benchmark::RegisterBenchmark((w.name + "/" + kOperationNames[k]).c_str(),
                                    [&w, op](benchmark::State& state) {
-                                     for (auto _ : state) benchmark::DoNotOptimize(RunOurs(w, op));
+                                     for (auto _ : state)
+                                       benchmark::DoNotOptimize(RunOurs(w, op));
                                    })
           ->Unit(benchmark::kMillisecond)
           ->Iterations(3);

@@ -214,6 +214,8 @@ void PrintFigure(const std::string& label, const Figures& f) {
 
 void PrintSummary() {
   for (HatchWorkload* w : Workloads()) {
+    if (figures.count("road/" + w->name) == 0)
+      continue;
     std::printf("\n%s (best time per call):\n", w->name.c_str());
     for (const Generator& g : Generators()) {
       const auto f = figures.find(std::string(g.name) + "/" + w->name);
@@ -221,8 +223,6 @@ void PrintSummary() {
         PrintFigure(g.name, f->second);
     }
     const auto road = figures.find("road/" + w->name);
-    if (road == figures.end())
-      continue;
     PrintFigure("road (tables+smart)", road->second);
     const auto clipper = figures.find("clipper1/" + w->name);
     if (clipper != figures.end()) {

@@ -1,39 +1,57 @@
-// kelvor2d-demo: builds a small layer through the public interface and prints
-// what it holds.
+// kelvor2d-demo: runs a layer through the whole road of Kelvor.2D — cleaning,
+// classification, offset and boolean, scan tables, five hatch routes, the
+// free-angle hatcher, the coverage bitmap and persistence — and writes
+// layer.xml, hatch.svg and coverage.png, with a table of the steps.
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
 
 #include "kelvor2d.h"
+#include "options.h"
+#include "road.h"
 
 namespace {
 
-CONTOUR* MakeContour(const MMPoint2d<long>* points, int32_t count) {
-  auto* c = new CONTOUR;
-  c->SetPoints(points, count);
-  c->Closed = 1;
-  return c;
-}
+constexpr int kExitBadInput = 2;
 
-void PrintLayer(const CONTOUR_LAYER& layer) {
-  std::printf("contours: %d, extents x [%d, %d], y [%d, %d]\n", layer.NumContours, layer.MinX, layer.MaxX,
-              layer.MinY, layer.MaxY);
-  int index = 0;
-  for (CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour, ++index) {
-    std::printf("  #%d: %d points, %s, length %u\n", index, c->NumPoints,
-                c->RECHTS_DRAAIEND() ? "clockwise" : "counter-clockwise", c->BEREKEN_LENGTE());
+void PrintTable(const Road& road) {
+  std::printf("\n%-40s %-62s %12s %10s\n", "step", "result", "length mm", "ms");
+  double total = 0.0;
+  for (const StepRecord& s : road.Steps()) {
+    std::printf("%-40s %-62s %12.1f %10.2f\n", s.name.c_str(), s.counts.c_str(), s.lengthMm, s.ms);
+    total += s.ms;
   }
+  std::printf("%-40s %-62s %12s %10.2f\n", "total", "", "", total);
 }
 
 }  // namespace
 
-int main() {
-  const MMPoint2d<long> plate[] = {{0, 0}, {0, 20000}, {30000, 20000}, {30000, 0}};
-  const MMPoint2d<long> hole[] = {{5000, 5000}, {10000, 5000}, {10000, 10000}, {5000, 10000}};
-  CONTOUR_LAYER layer;
-  layer.AddContourAtEnd(MakeContour(plate, 4));
-  layer.AddContourAtEnd(MakeContour(hole, 4));
-  layer.BEPAAL_EXTREMA();
-  PrintLayer(layer);
-  layer.Clear();
+int main(int argc, char** argv) {
+  DemoOptions options;
+  std::string error;
+  if (!ParseOptions(argc, argv, options, error)) {
+    std::fprintf(stderr, "kelvor2d-demo: %s\n", error.c_str());
+    return kExitBadInput;
+  }
+  if (options.help) {
+    std::fputs(UsageText().c_str(), stdout);
+    return EXIT_SUCCESS;
+  }
+  std::error_code ec;
+  std::filesystem::create_directories(options.outputDir, ec);
+  if (ec) {
+    std::fprintf(stderr, "kelvor2d-demo: cannot create '%s': %s\n", options.outputDir.c_str(), ec.message().c_str());
+    return kExitBadInput;
+  }
+  Kelvor::Common::MInternalUnits::Set(options.unitsPerMm);
+  Road road(options);
+  if (!road.Run(error)) {
+    std::fprintf(stderr, "kelvor2d-demo: %s\n", error.c_str());
+    return kExitBadInput;
+  }
+  PrintTable(road);
+  std::printf("\nwrote %s/layer.xml, %s/hatch.svg, %s/coverage.png\n", options.outputDir.c_str(),
+              options.outputDir.c_str(), options.outputDir.c_str());
   return EXIT_SUCCESS;
 }

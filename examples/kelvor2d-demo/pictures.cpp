@@ -7,21 +7,38 @@
 #include <sstream>
 
 namespace {
-constexpr double kPictureWidth = 1200.0;  // pixels
+constexpr double kPanelWidth = 520.0;  // pixels
 constexpr double kMargin = 20.0;
-constexpr double kLegendWidth = 260.0;
+constexpr double kTitleHeight = 22.0;
+constexpr double kLegendWidth = 300.0;
 }  // namespace
 
-SvgPicture::SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY)
-    : m_MinX(minX), m_MinY(minY), m_MaxX(maxX), m_MaxY(maxY) {
+SvgPicture::SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY, int columns)
+    : m_MinX(minX), m_MinY(minY), m_MaxX(maxX), m_MaxY(maxY), m_Columns(columns > 0 ? columns : 1) {
   const double width = maxX > minX ? static_cast<double>(maxX) - minX : 1.0;
-  m_Scale = (kPictureWidth - 2 * kMargin - kLegendWidth) / width;
+  const double height = maxY > minY ? static_cast<double>(maxY) - minY : 1.0;
+  m_Scale = (kPanelWidth - 2 * kMargin) / width;
+  m_PanelWidth = kPanelWidth;
+  m_PanelHeight = height * m_Scale + 2 * kMargin + kTitleHeight;
 }
 
-double SvgPicture::X(double x) const { return kMargin + (x - m_MinX) * m_Scale; }
-double SvgPicture::Y(double y) const { return kMargin + (m_MaxY - y) * m_Scale; }
+void SvgPicture::BeginPanel(const std::string& title) {
+  m_OffsetX = (m_Panels % m_Columns) * m_PanelWidth;
+  m_OffsetY = (m_Panels / m_Columns) * m_PanelHeight;
+  ++m_Panels;
+  std::ostringstream out;
+  out << "<text x=\"" << m_OffsetX + kMargin << "\" y=\"" << m_OffsetY + kMargin + 4
+      << "\" font-family=\"sans-serif\" font-size=\"15\" font-weight=\"bold\">" << title << "</text>\n";
+  m_Body += out.str();
+}
+
+double SvgPicture::X(double x) const { return m_OffsetX + kMargin + (x - m_MinX) * m_Scale; }
+double SvgPicture::Y(double y) const { return m_OffsetY + kMargin + kTitleHeight + (m_MaxY - y) * m_Scale; }
 
 void SvgPicture::AddLegend(const std::string& colour, const std::string& label) {
+  for (const auto& entry : m_Legend) {
+    if (entry.first == colour && entry.second == label) return;
+  }
   m_Legend.emplace_back(colour, label);
 }
 
@@ -62,14 +79,16 @@ void SvgPicture::AddVectors(const VECTOR_LAYER& layer, int firstBlock, const std
 bool SvgPicture::Write(const std::string& path) const {
   std::ofstream file(path);
   if (!file) return false;
-  const double height = 2 * kMargin + (static_cast<double>(m_MaxY) - m_MinY) * m_Scale;
+  const int rows = m_Panels > 0 ? (m_Panels + m_Columns - 1) / m_Columns : 1;
+  const double width = m_Columns * m_PanelWidth + kLegendWidth;
+  const double height = rows * m_PanelHeight;
   const double legendHeight = 2 * kMargin + 22.0 * m_Legend.size();
   file << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-       << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << kPictureWidth << "\" height=\""
+       << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width << "\" height=\""
        << (height > legendHeight ? height : legendHeight) << "\">\n"
        << "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n"
        << m_Body;
-  const double legendX = kPictureWidth - kLegendWidth + 10.0;
+  const double legendX = m_Columns * m_PanelWidth + 10.0;
   for (size_t i = 0; i < m_Legend.size(); ++i) {
     const double y = kMargin + 22.0 * i;
     file << "<rect x=\"" << legendX << "\" y=\"" << y << "\" width=\"16\" height=\"12\" fill=\""

@@ -8,10 +8,14 @@
 
 #include "kelvor2d.h"
 
+// Small multiples: panels of the same rectangle of the layer, laid out in
+// rows of `columns`, each with a title, and one legend for all.
 class SvgPicture {
  public:
-  // The picture shows the rectangle [minX, maxX] x [minY, maxY] of internal units.
-  SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY);
+  // Every panel shows the rectangle [minX, maxX] x [minY, maxY] of internal units.
+  SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY, int columns);
+  // Starts the next panel; what is added from now on is drawn in it.
+  void BeginPanel(const std::string& title);
   // Draws every contour of the layer; `label` goes into the legend.
   void AddContours(const CONTOUR_LAYER& layer, const std::string& colour, const std::string& label);
   // Draws the vectors of the blocks of `layer`, from block `firstBlock` on,
@@ -25,7 +29,11 @@ class SvgPicture {
   double Y(double y) const;
   void AddLegend(const std::string& colour, const std::string& label);
   int32_t m_MinX, m_MinY, m_MaxX, m_MaxY;
+  int m_Columns;
+  int m_Panels = 0;
   double m_Scale;
+  double m_PanelWidth, m_PanelHeight;
+  double m_OffsetX = 0.0, m_OffsetY = 0.0;
   std::string m_Body;
   std::vector<std::pair<std::string, std::string>> m_Legend;
 };

@@ -41,9 +41,9 @@ void BuildSamplePart(CONTOUR_LAYER& layer, double unitsPerMm) {
   // Round hole given clockwise (the wrong way for a hole) and its island.
   AddRing(layer, ToGrid(CircleMm(13, 14, 8, 72, true), unitsPerMm));
   AddRing(layer, ToGrid(CircleMm(13, 14, 3.5, 48, false), unitsPerMm));
-  // Rectangular hole with a thin rib (0.15 mm) standing in it.
+  // Rectangular hole with a thin rib (0.1 mm, between two lines of the 0.4 mm grid) standing in it.
   AddRing(layer, ToGrid({{38, 6}, {56, 6}, {56, 30}, {38, 30}}, unitsPerMm));
-  AddRing(layer, ToGrid({{47.1, 9}, {47.1, 27}, {47.25, 27}, {47.25, 9}}, unitsPerMm));
+  AddRing(layer, ToGrid({{47.25, 9}, {47.25, 27}, {47.35, 27}, {47.35, 9}}, unitsPerMm));
   // A row of small holes under the notch.
   for (int i = 0; i < 4; ++i) AddRing(layer, ToGrid(CircleMm(25.5 + 3.0 * i, 6, 1.0, 24, false), unitsPerMm));
   layer.BEPAAL_EXTREMA();

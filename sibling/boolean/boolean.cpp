@@ -15,14 +15,17 @@ std::vector<Carrier> CollectCarriers(const DLIST<M2dGraphLine>& lines) {
   std::vector<Carrier> carriers;
   carriers.reserve(lines.count);
   for (const M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
-    if (n->line.from != n->line.to) carriers.push_back(kelvor_boolean::MakeCarrier(n->line.from, n->line.to));
+    if (n->line.from != n->line.to)
+      carriers.push_back(kelvor_boolean::MakeCarrier(n->line.from, n->line.to));
   }
   return carriers;
 }
 
 }  // namespace
 
-M2dGraphPoint* M2dBoolean::AddPoint(int32_t x, int32_t y) { return GetGridPoint(x, y); }
+M2dGraphPoint* M2dBoolean::AddPoint(int32_t x, int32_t y) {
+  return GetGridPoint(x, y);
+}
 
 void M2dBoolean::AddShell(int32_t lowestY, int32_t highestY) {
   m_shellRanges.push_back(lowestY);
@@ -38,7 +41,8 @@ void M2dBoolean::SplitAndKeep(Inside inside) {
   ClearLines();
   for (const Edge& e : edges) {
     const bool right = inside(e.windingRight);
-    if (right == inside(e.windingLeft)) continue;
+    if (right == inside(e.windingLeft))
+      continue;
     // The material goes on the right of the surviving line.
     M2dGraphLineNode* node = right ? AddLine(e.lo, e.hi, false) : AddLine(e.hi, e.lo, false);
     node->line.directionX = right ? e.directionX : -e.directionX;

@@ -22,10 +22,12 @@ GridRing RoundedRing(M2dGraphLineNode* start) {
   do {
     const ExactCoordinates& e = n->line.from->exact;
     const GridPoint p{NearestOf(e.x, e.xFraction, e.denominator), NearestOf(e.y, e.yFraction, e.denominator)};
-    if (ring.empty() || ring.back() != p) ring.push_back(p);
+    if (ring.empty() || ring.back() != p)
+      ring.push_back(p);
     n = n->line.successor;
   } while (n != nullptr && n != start);
-  while (ring.size() > 1 && ring.back() == ring.front()) ring.pop_back();
+  while (ring.size() > 1 && ring.back() == ring.front())
+    ring.pop_back();
   return ring;
 }
 
@@ -69,18 +71,21 @@ int SideOfRing(const GridRing& ring, const GridPoint& p) {
         std::min(a.second, b.second) <= p.second && p.second <= std::max(a.second, b.second)) {
       return 0;
     }
-    if ((a.second > p.second) != (b.second > p.second) && (b.second > a.second ? o > 0 : o < 0)) inside = !inside;
+    if ((a.second > p.second) != (b.second > p.second) && (b.second > a.second ? o > 0 : o < 0))
+      inside = !inside;
   }
   return inside ? 1 : -1;
 }
 
 bool Contains(const ClosedContour& outer, const ClosedContour& inner) {
-  if (inner.minX < outer.minX || inner.maxX > outer.maxX || inner.minY < outer.minY || inner.maxY > outer.maxY) {
+  if (inner.minX < outer.minX || inner.maxX > outer.maxX || inner.minY < outer.minY ||
+      inner.maxY > outer.maxY) {
     return false;
   }
   for (const GridPoint& p : inner.points) {
     const int side = SideOfRing(outer.points, p);
-    if (side != 0) return side > 0;
+    if (side != 0)
+      return side > 0;
   }
   return false;
 }
@@ -94,13 +99,16 @@ void AppendRings(M2dBoolean& engine, M3dBorderLong& border) {
   }
   std::vector<char> done(static_cast<size_t>(maxRing) + 1, 0);
   for (M2dGraphLineNode* n = engine.lines->first; n != nullptr; n = n->next) {
-    if (done[n->line.ringNumber]) continue;
+    if (done[n->line.ringNumber])
+      continue;
     done[n->line.ringNumber] = 1;
     const GridRing ring = RoundedRing(n);
     const double area = ring.size() >= 3 ? DoubleArea(ring) : 0.0;
-    if (area == 0.0) continue;
+    if (area == 0.0)
+      continue;
     M3dBorderContourLong* contour = border.AddContourAtEnd();
-    for (const GridPoint& p : ring) contour->InsertAtEnd(p.first, p.second, nullptr);
+    for (const GridPoint& p : ring)
+      contour->InsertAtEnd(p.first, p.second, nullptr);
     contour->SetIsOuterContour(area > 0.0);
     contour->SetIsClosed(true);
   }
@@ -109,7 +117,8 @@ void AppendRings(M2dBoolean& engine, M3dBorderLong& border) {
 void FeedBorder(M2dBoolean& engine, const M3dBorderLong& border) {
   for (const M3dBorderContourLong& c : border) {
     const M3dBorderPointLong* first = c.GetFirstPoint();
-    if (first == nullptr) continue;
+    if (first == nullptr)
+      continue;
     M2dGraphPoint* previous = engine.AddPoint(first->x, first->y);
     const M3dBorderPointLong* p = first;
     for (uint32_t i = 0; i < c.GetNumPoints(); ++i) {
@@ -128,7 +137,8 @@ bool AU::BooleanRemoveSelfIntersections(M3dBorderLong& border) {
   M2dBoolean engine;
   M3dBorderLong closed;
   for (const M3dBorderContourLong& c : border) {
-    if (c.GetIsClosed()) closed.AddContourAtEnd(c);
+    if (c.GetIsClosed())
+      closed.AddContourAtEnd(c);
   }
   kelvor_boolean::FeedBorder(engine, closed);
   engine.RemoveIntegerSelfIntersections();
@@ -140,13 +150,15 @@ bool AU::BooleanRemoveSelfIntersections(M3dBorderLong& border) {
 bool AU::OrientBorder2D(M3dBorderLong& border, bool* inverted) {
   std::vector<kelvor_boolean::ClosedContour> contours;
   for (M3dBorderContourLong& c : border) {
-    if (c.GetIsClosed() && c.GetNumPoints() > 0) contours.push_back(kelvor_boolean::Collect(c));
+    if (c.GetIsClosed() && c.GetNumPoints() > 0)
+      contours.push_back(kelvor_boolean::Collect(c));
   }
   bool any = false;
   for (const kelvor_boolean::ClosedContour& inner : contours) {
     int depth = 0;
     for (const kelvor_boolean::ClosedContour& outer : contours) {
-      if (&outer != &inner && kelvor_boolean::Contains(outer, inner)) ++depth;
+      if (&outer != &inner && kelvor_boolean::Contains(outer, inner))
+        ++depth;
     }
     const bool isOuter = depth % 2 == 0;
     const double area = inner.contour->SurfaceAreaWithSignXY();
@@ -156,6 +168,7 @@ bool AU::OrientBorder2D(M3dBorderLong& border, bool* inverted) {
     }
     inner.contour->SetIsOuterContour(isOuter);
   }
-  if (inverted != nullptr) *inverted = any;
+  if (inverted != nullptr)
+    *inverted = any;
   return true;
 }

@@ -28,8 +28,10 @@ void SplitRational(Int128 n, Int128 d, int32_t* whole, UInt128* fraction) {
 // (0, 180], 1 for (180, 360].
 int HalfOf(int64_t refx, int64_t refy, int64_t vx, int64_t vy) {
   const Int128 cross = static_cast<Int128>(refx) * vy - static_cast<Int128>(refy) * vx;
-  if (cross > 0) return 0;
-  if (cross < 0) return 1;
+  if (cross > 0)
+    return 0;
+  if (cross < 0)
+    return 1;
   const Int128 dot = static_cast<Int128>(refx) * vx + static_cast<Int128>(refy) * vy;
   return dot < 0 ? 0 : 1;
 }
@@ -41,11 +43,13 @@ int CompareFractions(UInt128 a, UInt128 b, UInt128 c, UInt128 d) {
   for (;;) {
     const UInt128 qa = a / b;
     const UInt128 qc = c / d;
-    if (qa != qc) return qa < qc ? -sign : sign;
+    if (qa != qc)
+      return qa < qc ? -sign : sign;
     a -= qa * b;
     c -= qc * d;
     if (a == 0 || c == 0) {
-      if (a == 0 && c == 0) return 0;
+      if (a == 0 && c == 0)
+        return 0;
       return a == 0 ? -sign : sign;
     }
     // Both in (0, 1): a/b < c/d exactly when b/a > d/c.
@@ -59,12 +63,14 @@ int CompareFractions(UInt128 a, UInt128 b, UInt128 c, UInt128 d) {
 }
 
 int CompareExactX(const ExactCoordinates& p, const ExactCoordinates& q) {
-  if (p.x != q.x) return p.x < q.x ? -1 : 1;
+  if (p.x != q.x)
+    return p.x < q.x ? -1 : 1;
   return CompareFractions(p.xFraction, p.denominator, q.xFraction, q.denominator);
 }
 
 int CompareExactY(const ExactCoordinates& p, const ExactCoordinates& q) {
-  if (p.y != q.y) return p.y < q.y ? -1 : 1;
+  if (p.y != q.y)
+    return p.y < q.y ? -1 : 1;
   return CompareFractions(p.yFraction, p.denominator, q.yFraction, q.denominator);
 }
 
@@ -80,13 +86,16 @@ bool SameExactPosition(const ExactCoordinates& p, const ExactCoordinates& q) {
 int OrientationOfExact(int64_t ax, int64_t ay, int64_t dx, int64_t dy, const ExactCoordinates& p) {
   // dx * (py - ay) - dy * (px - ax) = whole + fraction / denominator.
   const Int128 whole = static_cast<Int128>(dx) * (p.y - ay) - static_cast<Int128>(dy) * (p.x - ax);
-  const Int128 fraction =
-      static_cast<Int128>(dx) * static_cast<Int128>(p.yFraction) - static_cast<Int128>(dy) * static_cast<Int128>(p.xFraction);
-  if (fraction == 0) return SignOf(whole);
+  const Int128 fraction = static_cast<Int128>(dx) * static_cast<Int128>(p.yFraction) -
+                          static_cast<Int128>(dy) * static_cast<Int128>(p.xFraction);
+  if (fraction == 0)
+    return SignOf(whole);
   // |fraction / denominator| < |dx| + |dy| < 2^34: a larger whole part decides alone.
   constexpr Int128 kDecisive = static_cast<Int128>(1) << 35;
-  if (whole >= kDecisive) return 1;
-  if (whole <= -kDecisive) return -1;
+  if (whole >= kDecisive)
+    return 1;
+  if (whole <= -kDecisive)
+    return -1;
   return SignOf(whole * static_cast<Int128>(p.denominator) + fraction);
 }
 
@@ -94,10 +103,12 @@ bool ProperCrossing(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, 
                     int64_t dy, ExactCoordinates* crossing) {
   const int o1 = Orientation(ax, ay, bx, by, cx, cy);
   const int o2 = Orientation(ax, ay, bx, by, dx, dy);
-  if (o1 == 0 || o2 == 0 || o1 == o2) return false;
+  if (o1 == 0 || o2 == 0 || o1 == o2)
+    return false;
   const int o3 = Orientation(cx, cy, dx, dy, ax, ay);
   const int o4 = Orientation(cx, cy, dx, dy, bx, by);
-  if (o3 == 0 || o4 == 0 || o3 == o4) return false;
+  if (o3 == 0 || o4 == 0 || o3 == o4)
+    return false;
   const Int128 ux = bx - ax, uy = by - ay, vx = dx - cx, vy = dy - cy;
   Int128 den = ux * vy - uy * vx;
   Int128 num = static_cast<Int128>(cx - ax) * vy - static_cast<Int128>(cy - ay) * vx;
@@ -114,7 +125,8 @@ bool ProperCrossing(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, 
 bool TurnsBeforeCounterClockwise(int64_t refx, int64_t refy, int64_t ux, int64_t uy, int64_t vx, int64_t vy) {
   const int hu = HalfOf(refx, refy, ux, uy);
   const int hv = HalfOf(refx, refy, vx, vy);
-  if (hu != hv) return hu < hv;
+  if (hu != hv)
+    return hu < hv;
   return static_cast<Int128>(ux) * vy - static_cast<Int128>(uy) * vx > 0;
 }
 

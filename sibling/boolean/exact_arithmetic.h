@@ -15,14 +15,16 @@ using UInt128 = unsigned __int128;
 // have denominator 1. Crossings of two grid segments have denominators below
 // 2^66, so the three words of 128 bits never overflow.
 struct ExactCoordinates {
-  int32_t x;             // whole part of x (floor)
-  int32_t y;             // whole part of y (floor)
-  UInt128 xFraction;     // numerator of the fraction of x
-  UInt128 yFraction;     // numerator of the fraction of y
-  UInt128 denominator;   // common denominator, >= 1
+  int32_t x;            // whole part of x (floor)
+  int32_t y;            // whole part of y (floor)
+  UInt128 xFraction;    // numerator of the fraction of x
+  UInt128 yFraction;    // numerator of the fraction of y
+  UInt128 denominator;  // common denominator, >= 1
 };
 
-inline int SignOf(Int128 v) { return (v > 0) - (v < 0); }
+inline int SignOf(Int128 v) {
+  return (v > 0) - (v < 0);
+}
 
 // Sign of the cross product of (b - a) and (c - a): +1 when c lies left of the
 // directed line a->b (counter-clockwise, y up), -1 right of it, 0 on it.

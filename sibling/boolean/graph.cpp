@@ -33,8 +33,10 @@ void StoreRecordFractions(M2dGraphPoint* p) {
   const UInt128 half = e.denominator / 2;
   UInt128 nx = (e.xFraction * kScale + half) / e.denominator;
   UInt128 ny = (e.yFraction * kScale + half) / e.denominator;
-  if (nx >= kScale) nx = kScale - 1;
-  if (ny >= kScale) ny = kScale - 1;
+  if (nx >= kScale)
+    nx = kScale - 1;
+  if (ny >= kScale)
+    ny = kScale - 1;
   p->xNumerator = static_cast<uint32_t>(nx);
   p->yNumerator = static_cast<uint32_t>(ny);
   p->denominator = static_cast<uint32_t>(kScale);
@@ -43,7 +45,8 @@ void StoreRecordFractions(M2dGraphPoint* p) {
 // floor(2^62 * fraction / denominator): monotone in the fraction. Fractions
 // stay below 2^66, so the product fits 128 bits.
 uint64_t FractionKey(UInt128 fraction, UInt128 denominator) {
-  if (fraction == 0) return 0;
+  if (fraction == 0)
+    return 0;
   return static_cast<uint64_t>((fraction << 62) / denominator);
 }
 
@@ -81,7 +84,8 @@ M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
 }
 
 M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
-  if (m_buckets.empty()) m_buckets.assign(kFirstBucketCount, nullptr);
+  if (m_buckets.empty())
+    m_buckets.assign(kFirstBucketCount, nullptr);
   const size_t bucket = HashWholeParts(position.x, position.y) & (m_buckets.size() - 1);
   for (M2dGraphPoint* p = m_buckets[bucket]; p != nullptr; p = p->sameCell) {
     if (p->x == position.x && p->y == position.y && kelvor_boolean::SameExactPosition(p->exact, position)) {
@@ -91,7 +95,8 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   M2dGraphPoint* p = NewPoint(position);
   p->sameCell = m_buckets[bucket];
   m_buckets[bucket] = p;
-  if (m_points.size() > m_buckets.size()) GrowBuckets();
+  if (m_points.size() > m_buckets.size())
+    GrowBuckets();
   return p;
 }
 
@@ -130,7 +135,8 @@ void M2dGraph::ClearLines() {
 
 void M2dGraph::ClearGraph() {
   lines->Clear();
-  for (M2dGraphPoint* p : m_points) delete p;
+  for (M2dGraphPoint* p : m_points)
+    delete p;
   m_points.clear();
   m_buckets.clear();
 }
@@ -150,9 +156,9 @@ M2dGraphLineNode* M2dGraphLine::TurnToNextSegment() const {
   M2dGraphLineNode* best = nullptr;
   for (M2dGraphLineNode* n = to->firstOut; n != nullptr; n = n->line.nextOut) {
     const M2dGraphLine& c = n->line;
-    if (best == nullptr || kelvor_boolean::TurnsBeforeCounterClockwise(backX, backY, c.directionX, c.directionY,
-                                                                        best->line.directionX,
-                                                                        best->line.directionY)) {
+    if (best == nullptr ||
+        kelvor_boolean::TurnsBeforeCounterClockwise(backX, backY, c.directionX, c.directionY,
+                                                    best->line.directionX, best->line.directionY)) {
       best = n;
     }
   }
@@ -165,9 +171,9 @@ M2dGraphLineNode* M2dGraphLine::TurnToPreviousSegment() const {
   M2dGraphLineNode* best = nullptr;
   for (M2dGraphLineNode* n = from->firstIn; n != nullptr; n = n->line.nextIn) {
     const M2dGraphLine& c = n->line;
-    if (best == nullptr || kelvor_boolean::TurnsBeforeCounterClockwise(directionX, -directionY, -c.directionX,
-                                                                        c.directionY, -best->line.directionX,
-                                                                        best->line.directionY)) {
+    if (best == nullptr ||
+        kelvor_boolean::TurnsBeforeCounterClockwise(directionX, -directionY, -c.directionX, c.directionY,
+                                                    -best->line.directionX, best->line.directionY)) {
       best = n;
     }
   }

@@ -59,12 +59,12 @@ using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
 // in `exact`.
 struct M2dGraphPoint {
-  M2dGraphPoint* sameCell = nullptr;  // next point of the same lookup bucket of the graph
-  int32_t x = 0;                      // whole part of x (floor)
-  int32_t y = 0;                      // whole part of y (floor)
-  uint32_t xNumerator = 0;            // fraction of x above the whole part
-  uint32_t yNumerator = 0;            // fraction of y above the whole part
-  uint32_t denominator = 1;           // common denominator of both fractions, >= 1
+  M2dGraphPoint* sameCell = nullptr;         // next point of the same lookup bucket of the graph
+  int32_t x = 0;                             // whole part of x (floor)
+  int32_t y = 0;                             // whole part of y (floor)
+  uint32_t xNumerator = 0;                   // fraction of x above the whole part
+  uint32_t yNumerator = 0;                   // fraction of y above the whole part
+  uint32_t denominator = 1;                  // common denominator of both fractions, >= 1
   kelvor_boolean::ExactCoordinates exact{};  // the exact position
   uint64_t xKey = 0;                         // floor(2^62 * fraction of x): orders x before exact tests
   uint64_t yKey = 0;                         // floor(2^62 * fraction of y)
@@ -84,13 +84,17 @@ namespace kelvor_boolean {
 // parts and the 62-bit fraction keys decide almost always; exact fractions
 // decide the rest.
 inline int ComparePointX(const M2dGraphPoint* p, const M2dGraphPoint* q) {
-  if (p->x != q->x) return p->x < q->x ? -1 : 1;
-  if (p->xKey != q->xKey) return p->xKey < q->xKey ? -1 : 1;
+  if (p->x != q->x)
+    return p->x < q->x ? -1 : 1;
+  if (p->xKey != q->xKey)
+    return p->xKey < q->xKey ? -1 : 1;
   return p == q ? 0 : CompareExactX(p->exact, q->exact);
 }
 inline int ComparePointY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
-  if (p->y != q->y) return p->y < q->y ? -1 : 1;
-  if (p->yKey != q->yKey) return p->yKey < q->yKey ? -1 : 1;
+  if (p->y != q->y)
+    return p->y < q->y ? -1 : 1;
+  if (p->yKey != q->yKey)
+    return p->yKey < q->yKey ? -1 : 1;
   return p == q ? 0 : CompareExactY(p->exact, q->exact);
 }
 // Lexicographic (x, y): the order of events of the sweep.
@@ -103,19 +107,19 @@ inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
 
 // A directed line between two graph points.
 struct M2dGraphLine {
-  M2dGraph* graph = nullptr;       // the graph that owns the line
-  M2dGraphPoint* from = nullptr;   // start of the directed line
-  M2dGraphPoint* to = nullptr;     // end of the directed line
-  int64_t directionX = 0;          // direction on the grid, a positive multiple of to - from
+  M2dGraph* graph = nullptr;      // the graph that owns the line
+  M2dGraphPoint* from = nullptr;  // start of the directed line
+  M2dGraphPoint* to = nullptr;    // end of the directed line
+  int64_t directionX = 0;         // direction on the grid, a positive multiple of to - from
   int64_t directionY = 0;
-  M2dGraphLineNode* nextOut = nullptr;  // next line leaving `from`
-  M2dGraphLineNode* nextIn = nullptr;   // next line entering `to`
+  M2dGraphLineNode* nextOut = nullptr;      // next line leaving `from`
+  M2dGraphLineNode* nextIn = nullptr;       // next line entering `to`
   M2dGraphLineNode* successor = nullptr;    // chosen continuation at `to`; null until the engine pairs lines
   M2dGraphLineNode* predecessor = nullptr;  // chosen line leading in at `from`; null until paired
   uint32_t ringNumber = 0;                  // ring of the pairing, 0 before it
-  int16_t level = 0;                    // level given by the engine; 0 for every surviving line
-  uint8_t flag = 0;                     // the caller's flag of AddLine (not interpreted)
-  uint8_t status = 0;                   // bits 0-2: a walker's marks; bits 3-7 unused
+  int16_t level = 0;                        // level given by the engine; 0 for every surviving line
+  uint8_t flag = 0;                         // the caller's flag of AddLine (not interpreted)
+  uint8_t status = 0;                       // bits 0-2: a walker's marks; bits 3-7 unused
 
   // The line that continues this one at `to`. After the engine's filtering it
   // is the pairing that makes every ring simple; on a graph that was never

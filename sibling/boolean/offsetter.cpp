@@ -28,8 +28,10 @@ struct OffsetSide {
 };
 
 int32_t ClampToGrid(double v) {
-  if (v >= 2147483647.0) return INT32_MAX;
-  if (v <= -2147483648.0) return INT32_MIN;
+  if (v >= 2147483647.0)
+    return INT32_MAX;
+  if (v <= -2147483648.0)
+    return INT32_MIN;
   return static_cast<int32_t>(std::lround(v));
 }
 
@@ -37,10 +39,12 @@ class RawLoop {
  public:
   void Add(double x, double y) {
     const GridPoint p{ClampToGrid(x), ClampToGrid(y)};
-    if (m_points.empty() || p.x != m_points.back().x || p.y != m_points.back().y) m_points.push_back(p);
+    if (m_points.empty() || p.x != m_points.back().x || p.y != m_points.back().y)
+      m_points.push_back(p);
   }
   void Feed(M2dBoolean& engine) const {
-    if (m_points.size() < 2) return;
+    if (m_points.size() < 2)
+      return;
     M2dGraphPoint* first = engine.AddPoint(m_points[0].x, m_points[0].y);
     M2dGraphPoint* previous = first;
     for (size_t i = 1; i <= m_points.size(); ++i) {
@@ -58,9 +62,11 @@ std::vector<Vertex> DistinctVertices(const M3dBorderContourLong& c) {
   std::vector<Vertex> v;
   const M3dBorderPointLong* p = c.GetFirstPoint();
   for (uint32_t i = 0; i < c.GetNumPoints(); ++i, p = p->next) {
-    if (v.empty() || v.back().x != p->x || v.back().y != p->y) v.push_back({p->x, p->y});
+    if (v.empty() || v.back().x != p->x || v.back().y != p->y)
+      v.push_back({p->x, p->y});
   }
-  while (v.size() > 1 && v.back().x == v.front().x && v.back().y == v.front().y) v.pop_back();
+  while (v.size() > 1 && v.back().x == v.front().x && v.back().y == v.front().y)
+    v.pop_back();
   return v;
 }
 
@@ -83,7 +89,8 @@ void NormalOf(int64_t dx, int64_t dy, const OffsetSide& s, double* nx, double* n
 void AddJoin(RawLoop& loop, const Vertex& prev, const Vertex& cur, const Vertex& next, const OffsetSide& s) {
   const int64_t inX = cur.x - prev.x, inY = cur.y - prev.y, outX = next.x - cur.x, outY = next.y - cur.y;
   const int turn = kelvor_boolean::Orientation(prev.x, prev.y, cur.x, cur.y, next.x, next.y);
-  const bool backwards = static_cast<kelvor_boolean::Int128>(inX) * outX + static_cast<kelvor_boolean::Int128>(inY) * outY < 0;
+  const bool backwards =
+      static_cast<kelvor_boolean::Int128>(inX) * outX + static_cast<kelvor_boolean::Int128>(inY) * outY < 0;
   double ax, ay, bx, by;
   NormalOf(inX, inY, s, &ax, &ay);
   NormalOf(outX, outY, s, &bx, &by);
@@ -94,8 +101,10 @@ void AddJoin(RawLoop& loop, const Vertex& prev, const Vertex& cur, const Vertex&
   // Turning away from the offset side (or back) opens a gap that an arc fills.
   if ((turn == 0 && backwards) || turn == -s.side) {
     double sweep = std::atan2(ax * by - ay * bx, ax * bx + ay * by);
-    if (s.side > 0 && sweep > 0.0) sweep -= 2.0 * kPiHere;
-    if (s.side < 0 && sweep < 0.0) sweep += 2.0 * kPiHere;
+    if (s.side > 0 && sweep > 0.0)
+      sweep -= 2.0 * kPiHere;
+    if (s.side < 0 && sweep < 0.0)
+      sweep += 2.0 * kPiHere;
     AddArc(loop, cur, std::atan2(ay, ax), sweep, s);
     return;
   }
@@ -113,13 +122,15 @@ RawLoop RawOffset(const std::vector<Vertex>& v, const OffsetSide& s) {
     return loop;
   }
   const size_t n = v.size();
-  for (size_t i = 0; i < n; ++i) AddJoin(loop, v[(i + n - 1) % n], v[i], v[(i + 1) % n], s);
+  for (size_t i = 0; i < n; ++i)
+    AddJoin(loop, v[(i + n - 1) % n], v[i], v[(i + 1) % n], s);
   return loop;
 }
 
 void FeedAsIs(M2dBoolean& engine, const std::vector<Vertex>& v) {
   RawLoop loop;
-  for (const Vertex& p : v) loop.Add(static_cast<double>(p.x), static_cast<double>(p.y));
+  for (const Vertex& p : v)
+    loop.Add(static_cast<double>(p.x), static_cast<double>(p.y));
   loop.Feed(engine);
 }
 
@@ -137,11 +148,14 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
   s.side = distance < 0 ? 1 : -1;
   s.step = s.radius > kChordError ? 2.0 * std::acos(1.0 - kChordError / s.radius) : kPiHere;
   for (const M3dBorderContourLong& c : input) {
-    if (!c.GetIsClosed()) continue;
+    if (!c.GetIsClosed())
+      continue;
     const std::vector<Vertex> v = DistinctVertices(c);
-    if (v.empty()) continue;
+    if (v.empty())
+      continue;
     const bool flat = v.size() < 3 || c.SurfaceAreaWithSignXY() == 0.0;
-    if (flat && !(c.GetIsOuterContour() && distance < 0)) continue;
+    if (flat && !(c.GetIsOuterContour() && distance < 0))
+      continue;
     if (distance == 0) {
       FeedAsIs(engine, v);
     } else {
@@ -152,4 +166,6 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
   kelvor_boolean::AppendRings(engine, m_result);
 }
 
-void M2dOffsetter::Clear() { m_result.MakeEmpty(); }
+void M2dOffsetter::Clear() {
+  m_result.MakeEmpty();
+}

@@ -16,8 +16,8 @@ void Link(M2dGraphLineNode* line, M2dGraphLineNode* next) {
 }
 
 struct RingWalk {
-  std::vector<uint32_t> ringAt;               // ring that last entered each point
-  std::vector<M2dGraphLineNode*> enteredBy;   // the line by which it entered
+  std::vector<uint32_t> ringAt;              // ring that last entered each point
+  std::vector<M2dGraphLineNode*> enteredBy;  // the line by which it entered
   uint32_t rings = 0;
 
   // Gives the closed loop from `first` to `last` a ring number of its own.
@@ -27,7 +27,8 @@ struct RingWalk {
       n->line.ringNumber = ring;
       ringAt[n->line.to->index] = ring;
       enteredBy[n->line.to->index] = n;
-      if (n == last) break;
+      if (n == last)
+        break;
     }
   }
 
@@ -65,13 +66,15 @@ void PairIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints) {
   }
   for (M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
     M2dGraphLineNode* next = n->line.TurnToNextSegment();
-    if (next != nullptr) Link(n, next);
+    if (next != nullptr)
+      Link(n, next);
   }
   RingWalk walk;
   walk.ringAt.assign(numPoints, 0);
   walk.enteredBy.assign(numPoints, nullptr);
   for (M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
-    if (n->line.ringNumber == 0) walk.Walk(n);
+    if (n->line.ringNumber == 0)
+      walk.Walk(n);
   }
 }
 

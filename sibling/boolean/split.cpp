@@ -12,6 +12,7 @@ namespace kelvor_boolean {
 namespace {
 
 constexpr uint32_t kMaxGridSide = 8192;
+constexpr double kCellsPerCarrier = 4.0;
 constexpr uint64_t kKeyTop = (static_cast<uint64_t>(1) << 62) - 1;
 
 struct Grid {
@@ -33,8 +34,10 @@ struct SplitPoint {
 };
 
 uint32_t ClampCell(double v, uint32_t count) {
-  if (!(v > 0.0)) return 0;
-  if (v >= static_cast<double>(count - 1)) return count - 1;
+  if (!(v > 0.0))
+    return 0;
+  if (v >= static_cast<double>(count - 1))
+    return count - 1;
   return static_cast<uint32_t>(v);
 }
 
@@ -47,11 +50,12 @@ Grid MakeGrid(const std::vector<Carrier>& carriers) {
     maxY = std::max<double>(maxY, c.maxY);
   }
   const double width = std::max(maxX - minX, 1.0), height = std::max(maxY - minY, 1.0);
-  const double cells = 2.0 * static_cast<double>(carriers.size());
+  const double cells = kCellsPerCarrier * static_cast<double>(carriers.size());
   const double side = std::sqrt(cells * width / height);
   Grid grid;
   grid.columns = std::max<uint32_t>(1, std::min<uint32_t>(kMaxGridSide, static_cast<uint32_t>(side)));
-  grid.rows = std::max<uint32_t>(1, std::min<uint32_t>(kMaxGridSide, static_cast<uint32_t>(cells / grid.columns)));
+  grid.rows =
+      std::max<uint32_t>(1, std::min<uint32_t>(kMaxGridSide, static_cast<uint32_t>(cells / grid.columns)));
   // Cells of at least one unit, so that rounding of a crossing is far below
   // the slack of the cell test.
   grid.columns = std::min<uint32_t>(grid.columns, static_cast<uint32_t>(std::max(1.0, std::floor(width))));
@@ -84,7 +88,8 @@ void ForEachCellOf(const Grid& g, const Carrier& c, F f) {
     }
     const uint32_t c0 = ClampCell((x0 - g.originX) / g.cellWidth, g.columns);
     const uint32_t c1 = ClampCell((x1 - g.originX) / g.cellWidth, g.columns);
-    for (uint32_t col = c0; col <= c1; ++col) f(r * g.columns + col);
+    for (uint32_t col = c0; col <= c1; ++col)
+      f(r * g.columns + col);
   }
 }
 
@@ -93,8 +98,10 @@ void ForEachCellOf(const Grid& g, const Carrier& c, F f) {
 template <class Visit>
 void ForEachCandidatePair(const Grid& grid, const std::vector<Carrier>& carriers, Visit visit) {
   std::vector<uint32_t> start(static_cast<size_t>(grid.columns) * grid.rows + 1, 0);
-  for (const Carrier& c : carriers) ForEachCellOf(grid, c, [&start](uint32_t cell) { ++start[cell + 1]; });
-  for (size_t k = 1; k < start.size(); ++k) start[k] += start[k - 1];
+  for (const Carrier& c : carriers)
+    ForEachCellOf(grid, c, [&start](uint32_t cell) { ++start[cell + 1]; });
+  for (size_t k = 1; k < start.size(); ++k)
+    start[k] += start[k - 1];
   std::vector<uint32_t> fill(start.begin(), start.end() - 1);
   std::vector<uint32_t> members(start.back());
   for (uint32_t i = 0; i < carriers.size(); ++i) {
@@ -102,7 +109,8 @@ void ForEachCandidatePair(const Grid& grid, const std::vector<Carrier>& carriers
   }
   for (uint32_t cell = 0; cell + 1 < start.size(); ++cell) {
     for (uint32_t a = start[cell]; a < start[cell + 1]; ++a) {
-      for (uint32_t b = a + 1; b < start[cell + 1]; ++b) visit(members[a], members[b], cell);
+      for (uint32_t b = a + 1; b < start[cell + 1]; ++b)
+        visit(members[a], members[b], cell);
     }
   }
 }
@@ -113,7 +121,8 @@ bool BoxesMeet(const Carrier& a, const Carrier& b) {
 
 // True when grid point p lies on segment a-b strictly between its ends.
 bool LiesInside(const M2dGraphPoint* a, const M2dGraphPoint* b, const M2dGraphPoint* p) {
-  if (Orientation(a->x, a->y, b->x, b->y, p->x, p->y) != 0) return false;
+  if (Orientation(a->x, a->y, b->x, b->y, p->x, p->y) != 0)
+    return false;
   const Int128 ux = static_cast<int64_t>(b->x) - a->x, uy = static_cast<int64_t>(b->y) - a->y;
   const Int128 along = ux * (static_cast<int64_t>(p->x) - a->x) + uy * (static_cast<int64_t>(p->y) - a->y);
   return along > 0 && along < ux * ux + uy * uy;
@@ -134,10 +143,14 @@ class Splitter {
   void SplitPair(uint32_t i, uint32_t j, uint32_t cell) {
     const Carrier& a = m_carriers[i];
     const Carrier& b = m_carriers[j];
-    if (!BoxesMeet(a, b)) return;
+    if (!BoxesMeet(a, b) || !CellMeetsBox(cell, std::max(a.minX, b.minX), std::max(a.minY, b.minY),
+                                          std::min(a.maxX, b.maxX), std::min(a.maxY, b.maxY))) {
+      return;
+    }
     ExactCoordinates c;
     if (ProperCrossing(a.from->x, a.from->y, a.to->x, a.to->y, b.from->x, b.from->y, b.to->x, b.to->y, &c)) {
-      if (!Owns(cell, ExactToDouble(c.x, c.xFraction, c.denominator), ExactToDouble(c.y, c.yFraction, c.denominator))) {
+      if (!Owns(cell, ExactToDouble(c.x, c.xFraction, c.denominator),
+                ExactToDouble(c.y, c.yFraction, c.denominator))) {
         return;
       }
       M2dGraphPoint* p = m_graph.GetExactPoint(c);
@@ -150,10 +163,12 @@ class Splitter {
       m_overlapping[i] = m_overlapping[j] = 1;
     }
     for (M2dGraphPoint* p : {b.from, b.to}) {
-      if (Owns(cell, p->x, p->y) && LiesInside(a.from, a.to, p)) Add(i, p);
+      if (Owns(cell, p->x, p->y) && LiesInside(a.from, a.to, p))
+        Add(i, p);
     }
     for (M2dGraphPoint* p : {a.from, a.to}) {
-      if (Owns(cell, p->x, p->y) && LiesInside(b.from, b.to, p)) Add(j, p);
+      if (Owns(cell, p->x, p->y) && LiesInside(b.from, b.to, p))
+        Add(j, p);
     }
   }
 
@@ -177,13 +192,25 @@ class Splitter {
   const Grid& m_grid;
   std::vector<char> m_overlapping;  // carriers that run along another one
 
+  // True when the cell (with slack) meets the box where the pair can meet.
+  bool CellMeetsBox(uint32_t cell, double x0, double y0, double x1, double y1) const {
+    const double col0 = cell % m_grid.columns, row0 = cell / m_grid.columns;
+    constexpr double kSlack = 1e-6;
+    return (x1 - m_grid.originX) / m_grid.cellWidth >= col0 - kSlack &&
+           (x0 - m_grid.originX) / m_grid.cellWidth <= col0 + 1 + kSlack &&
+           (y1 - m_grid.originY) / m_grid.cellHeight >= row0 - kSlack &&
+           (y0 - m_grid.originY) / m_grid.cellHeight <= row0 + 1 + kSlack;
+  }
+
   bool Owns(uint32_t cell, double x, double y) const {
     const double column = (x - m_grid.originX) / m_grid.cellWidth;
     const double row = (y - m_grid.originY) / m_grid.cellHeight;
     const double col0 = cell % m_grid.columns, row0 = cell / m_grid.columns;
     constexpr double kSlack = 1e-6;
-    const bool inColumn = (col0 == 0 || column >= col0 - kSlack) && (col0 + 1 == m_grid.columns || column <= col0 + 1 + kSlack);
-    const bool inRow = (row0 == 0 || row >= row0 - kSlack) && (row0 + 1 == m_grid.rows || row <= row0 + 1 + kSlack);
+    const bool inColumn =
+        (col0 == 0 || column >= col0 - kSlack) && (col0 + 1 == m_grid.columns || column <= col0 + 1 + kSlack);
+    const bool inRow =
+        (row0 == 0 || row >= row0 - kSlack) && (row0 + 1 == m_grid.rows || row <= row0 + 1 + kSlack);
     return inColumn && inRow;
   }
 };
@@ -202,9 +229,12 @@ bool ExactlyBefore(const Carrier& c, const M2dGraphPoint* p, const M2dGraphPoint
 
 void SortAlongCarriers(const std::vector<Carrier>& carriers, std::vector<SplitPoint>& splits) {
   std::sort(splits.begin(), splits.end(), [&carriers](const SplitPoint& s, const SplitPoint& t) {
-    if (s.carrier != t.carrier) return s.carrier < t.carrier;
-    if (s.whole != t.whole) return s.whole < t.whole;
-    if (s.key != t.key) return s.key < t.key;
+    if (s.carrier != t.carrier)
+      return s.carrier < t.carrier;
+    if (s.whole != t.whole)
+      return s.whole < t.whole;
+    if (s.key != t.key)
+      return s.key < t.key;
     return s.point != t.point && ExactlyBefore(carriers[s.carrier], s.point, t.point);
   });
   splits.erase(std::unique(splits.begin(), splits.end(),
@@ -243,7 +273,8 @@ void MergeCoincidentEdges(std::vector<Edge>& edges, size_t firstOverlapping) {
     for (; j < edges.size() && edges[j].lo == merged.lo && edges[j].hi == merged.hi; ++j) {
       merged.multiplicity += edges[j].multiplicity;
     }
-    if (merged.multiplicity != 0) edges[out++] = merged;
+    if (merged.multiplicity != 0)
+      edges[out++] = merged;
     i = j;
   }
   edges.resize(out);
@@ -252,12 +283,17 @@ void MergeCoincidentEdges(std::vector<Edge>& edges, size_t firstOverlapping) {
 }  // namespace
 
 Carrier MakeCarrier(M2dGraphPoint* from, M2dGraphPoint* to) {
-  return {from, to, std::min(from->x, to->x), std::min(from->y, to->y), std::max(from->x, to->x),
+  return {from,
+          to,
+          std::min(from->x, to->x),
+          std::min(from->y, to->y),
+          std::max(from->x, to->x),
           std::max(from->y, to->y)};
 }
 
 std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& carriers) {
-  if (carriers.empty()) return {};
+  if (carriers.empty())
+    return {};
   const Grid grid = MakeGrid(carriers);
   Splitter splitter(graph, carriers, grid);
   splitter.splits.reserve(carriers.size() * 3);
@@ -265,15 +301,15 @@ std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& ca
     splitter.Add(i, carriers[i].from);
     splitter.Add(i, carriers[i].to);
   }
-  ForEachCandidatePair(grid, carriers, [&splitter](uint32_t i, uint32_t j, uint32_t cell) {
-    splitter.SplitPair(i, j, cell);
-  });
+  ForEachCandidatePair(
+      grid, carriers, [&splitter](uint32_t i, uint32_t j, uint32_t cell) { splitter.SplitPair(i, j, cell); });
   std::vector<SplitPoint>& splits = splitter.splits;
   SortAlongCarriers(carriers, splits);
   std::vector<Edge> edges, overlapping;
   edges.reserve(splits.size());
   for (size_t k = 0; k + 1 < splits.size(); ++k) {
-    if (splits[k].carrier != splits[k + 1].carrier) continue;
+    if (splits[k].carrier != splits[k + 1].carrier)
+      continue;
     const Edge e = MakeEdge(carriers[splits[k].carrier], splits[k].point, splits[k + 1].point);
     (splitter.Overlaps(splits[k].carrier) ? overlapping : edges).push_back(e);
   }

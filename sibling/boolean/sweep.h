@@ -26,15 +26,15 @@ Carrier MakeCarrier(M2dGraphPoint* from, M2dGraphPoint* to);
 // A piece of one or more carriers between two graph points, with the net
 // number of fed lines running lo -> hi (those running hi -> lo count -1).
 struct Edge {
-  M2dGraphPoint* lo;      // end of lower point index
-  M2dGraphPoint* hi;      // end of higher point index
-  int32_t anchorX;        // a grid point of the carrier line
+  M2dGraphPoint* lo;  // end of lower point index
+  M2dGraphPoint* hi;  // end of higher point index
+  int32_t anchorX;    // a grid point of the carrier line
   int32_t anchorY;
-  int64_t directionX;     // grid direction of the carrier, oriented lo -> hi
+  int64_t directionX;  // grid direction of the carrier, oriented lo -> hi
   int64_t directionY;
-  int32_t multiplicity;   // net fed lines lo -> hi; never 0 after splitting
-  int32_t windingRight;   // winding number right of lo -> hi
-  int32_t windingLeft;    // winding number left of lo -> hi
+  int32_t multiplicity;  // net fed lines lo -> hi; never 0 after splitting
+  int32_t windingRight;  // winding number right of lo -> hi
+  int32_t windingLeft;   // winding number left of lo -> hi
 };
 
 // Splits the carriers at every proper crossing, every end that touches

@@ -47,8 +47,11 @@ class MSAXWriterBinaryStream {
  public:
   // name: written as the element's "stream" attribute; none when hasName is false.
   MSAXWriterBinaryStream(std::string name, bool hasName) : name_(std::move(name)), hasName_(hasName) {}
+  // The numbers to write.
   MSAXStreamBinaryOut& GetBinaryOut() { return out_; }
+  // The stream name; empty for the default stream.
   std::string const& GetName() const { return name_; }
+  // False for the default stream, which is written without an attribute.
   bool HasName() const { return hasName_; }
 
  private:
@@ -61,8 +64,10 @@ class MSAXWriterBinaryStream {
 // reader's and lives until the next OpenBinaryStream or the end of the element.
 class MSAXReaderBinaryStream {
  public:
+  // bytes: the decoded little-endian content; name: the "stream" attribute.
   MSAXReaderBinaryStream(std::string bytes, std::string name)
       : in_(std::move(bytes)), name_(std::move(name)) {}
+  // The numbers of the element, to read in order.
   MSAXStreamBinaryIn& GetBinaryIn() { return in_; }
   // The element's "stream" attribute; empty when it had none.
   std::string const& GetName() const { return name_; }

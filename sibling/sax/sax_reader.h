@@ -21,7 +21,7 @@ struct XML_ParserStruct;
 // HandleTag gets SetDefaults and then the same tag, and is popped and deleted
 // when that element closes; its closing tag goes to the handler below.
 // Malformed XML, a document type declaration, a refused tag, bad base64, too
-// deep nesting or too large an element end the reading with an error that
+// deep nesting, too large an element or too long a tag end the reading with an error that
 // says what and at which line; every handler on the stack then gets
 // AbortLoading and the pushed ones are deleted.
 class MSAXReader {
@@ -67,6 +67,9 @@ class MSAXReader {
   // Decodes the current element's text as base64 into a stream that stays
   // the reader's (until the element closes); false on bad base64.
   bool OpenBinaryStream(MSAXReaderBinaryStream*& out);
+  // Says why the handler is about to refuse the current element; the error
+  // text carries it instead of the element's text.
+  void ExplainRefusal(std::string const& why) { detail_ = why; }
 
  private:
   struct Element {

@@ -22,6 +22,7 @@ class MStreamTextOut {
 // white space, with an optional sign.
 class MStreamTextIn {
  public:
+  // Reads from a copy of text.
   explicit MStreamTextIn(std::wstring const& text) : text_(text) {}
   // Reads one number; on a missing, malformed or out-of-range number stores 0
   // and marks the stream failed (further reads fail too).

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <random>
 #include <sstream>
@@ -58,25 +59,21 @@ TEST(Convertor, EmptyBorderGivesAllZero) {
   EXPECT_EQ(RenderSix({}), Bytes(36, 0));
 }
 
-TEST(Convertor, SquareInTheMiddle) {
-  const Rings rings = {Rectangle(15, 15, 35, 35, true)};
-  const Bytes bytes = RenderSix(rings);
-  EXPECT_EQ(Row(bytes, 0), Bytes(6, 0));
-  EXPECT_EQ(Row(bytes, 1), (Bytes{0, 64, 128, 64, 0, 0}));
-  EXPECT_EQ(Row(bytes, 2), (Bytes{0, 128, 255, 128, 0, 0}));
-  EXPECT_EQ(Row(bytes, 3), (Bytes{0, 64, 128, 64, 0, 0}));
-  EXPECT_EQ(Row(bytes, 4), Bytes(6, 0));
-  EXPECT_EQ(Row(bytes, 5), Bytes(6, 0));
+// A 6 x 6 bitmap from its rows, row 0 first.
+Bytes Rows(std::initializer_list<Bytes> rows) {
+  Bytes bytes;
+  for (const Bytes& row : rows)
+    bytes.insert(bytes.end(), row.begin(), row.end());
+  return bytes;
 }
 
-TEST(Convertor, PlateWithASquareHole) {
-  const Bytes bytes = RenderSix({Rectangle(0, 0, 60, 60, true), Rectangle(15, 15, 35, 35, false)});
-  EXPECT_EQ(Row(bytes, 0), Bytes(6, 255));
-  EXPECT_EQ(Row(bytes, 1), (Bytes{255, 191, 128, 191, 255, 255}));
-  EXPECT_EQ(Row(bytes, 2), (Bytes{255, 128, 0, 128, 255, 255}));
-  EXPECT_EQ(Row(bytes, 3), (Bytes{255, 191, 128, 191, 255, 255}));
-  EXPECT_EQ(Row(bytes, 4), Bytes(6, 255));
-  EXPECT_EQ(Row(bytes, 5), Bytes(6, 255));
+TEST(Convertor, SquareAndPlateWithASquareHole) {
+  const Bytes empty(6, 0), full(6, 255);
+  const Bytes edge = {0, 64, 128, 64, 0, 0}, middle = {0, 128, 255, 128, 0, 0};
+  EXPECT_EQ(RenderSix({Rectangle(15, 15, 35, 35, true)}), Rows({empty, edge, middle, edge, empty, empty}));
+  const Bytes holeEdge = {255, 191, 128, 191, 255, 255}, holeMiddle = {255, 128, 0, 128, 255, 255};
+  EXPECT_EQ(RenderSix({Rectangle(0, 0, 60, 60, true), Rectangle(15, 15, 35, 35, false)}),
+            Rows({full, holeEdge, holeMiddle, holeEdge, full, full}));
 }
 
 TEST(Convertor, ShapesCutByTheLeftAndRightEdges) {

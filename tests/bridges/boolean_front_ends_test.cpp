@@ -42,7 +42,8 @@ void ExpectConsistentFlags(const CONTOUR_LAYER& layer) {
 
 const CONTOUR* ContourWithOuter(const CONTOUR_LAYER& layer, unsigned char outer) {
   for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
-    if (c->Outer == outer) return c;
+    if (c->Outer == outer)
+      return c;
   }
   return layer.FirstContour;
 }
@@ -96,11 +97,11 @@ TEST(BooleanFrontEnds, ContoursWithoutPointsTakeNoShortcut) {
 
 TEST(BooleanFrontEnds, FeedingFollowsTheFlagsAndTheClosedField) {
   CONTOUR_LAYER layer;
-  layer.AddContourAtEnd(Flagged({{0, 0}, {10, 0}, {10, 10}}, 1, 0));                    // swapped
-  layer.AddContourAtEnd(Flagged({{0, 0}, {10, 0}, {10, 10}}, 7, 0));                    // as stored
-  layer.AddContourAtEnd(NewContour({{3, 4}, {8, 9}}, 0));                               // one line, zero length
-  layer.AddContourAtEnd(NewContour({{5, 6}}, 0));                                       // no line
-  layer.AddContourAtEnd(NewContour({{5, 6}}, 1));                                       // a line to itself
+  layer.AddContourAtEnd(Flagged({{0, 0}, {10, 0}, {10, 10}}, 1, 0));  // swapped
+  layer.AddContourAtEnd(Flagged({{0, 0}, {10, 0}, {10, 10}}, 7, 0));  // as stored
+  layer.AddContourAtEnd(NewContour({{3, 4}, {8, 9}}, 0));             // one line, zero length
+  layer.AddContourAtEnd(NewContour({{5, 6}}, 0));                     // no line
+  layer.AddContourAtEnd(NewContour({{5, 6}}, 1));                     // a line to itself
   M2dBoolean engine;
   M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, false, false, true);
   EXPECT_EQ(engine.GetNumShells(), 5u);
@@ -129,7 +130,7 @@ TEST(BooleanFrontEnds, FeedingFollowsTheFlagsAndTheClosedField) {
 TEST(BooleanFrontEnds, HandCheckedResults) {
   Layers l;
   l.a.AddContourAtEnd(NewContour(Rectangle(0, 0, 10, 10, true)));
-  l.a.AddContourAtEnd(NewContour(Rectangle(20, 0, 30, 10, false)));  // flags 7: fed as stored, adds -1
+  l.a.AddContourAtEnd(NewContour(Rectangle(20, 0, 30, 10, false)));    // flags 7: fed as stored, adds -1
   l.b.AddContourAtEnd(Flagged(Rectangle(5, 5, 15, 15, false), 1, 0));  // wrong sense, right flags
   AU::M2DBooleanOptions options{3};
   EXPECT_TRUE(AU::BooleanUnite(l.a, l.b, l.result, &options));
@@ -154,7 +155,8 @@ TEST(BooleanFrontEnds, HolesUnifyAndSelfIntersections) {
   EXPECT_DOUBLE_EQ(LayerArea(plate), 10000.0 - 3 * 625.0);
   ExpectConsistentFlags(plate);
   int holes = 0;
-  for (const CONTOUR* c = plate.FirstContour; c != nullptr; c = c->NextContour) holes += c->Outer == 0;
+  for (const CONTOUR* c = plate.FirstContour; c != nullptr; c = c->NextContour)
+    holes += c->Outer == 0;
   EXPECT_EQ(holes, 3);
   EXPECT_TRUE(AU::BooleanUnify(level1, 1 + 65536));  // only the low 16 bits count
   EXPECT_DOUBLE_EQ(LayerArea(level1), 2500.0 - 625.0);

@@ -142,7 +142,8 @@ TEST(GraphExtraction, CrossingPointsGiveWholePartsAndExactTurning) {
   EXPECT_EQ(layer.FirstContour->NumPoints, 3);
   EXPECT_EQ(layer.FirstContour->Outer, 1);
   int atCrossing = 0;
-  for (const MMPoint2d<long>& p : PointsOf(*layer.FirstContour)) atCrossing += p.x == 0 && p.y == 0;
+  for (const MMPoint2d<long>& p : PointsOf(*layer.FirstContour))
+    atCrossing += p.x == 0 && p.y == 0;
   EXPECT_EQ(atCrossing, 1);
   layer.LEEG_LAAG();
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
 #include <vector>
 
 #include "layer/vector_layer.h"

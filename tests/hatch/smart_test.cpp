@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
 #include <vector>
 
 #include "layer/vector_layer.h"
@@ -42,30 +41,10 @@ MSliceFileParameters Shortening(bool on) {
   return parameters;
 }
 
-// X tables stand at x = 1000 and 1005, Y tables at y = 2000 and 2005, one run
-// (0, 10) per column: the first vector of a block tells its table and end.
-const std::vector<ColumnSpec> kXTable = {{1000, {0, 10}}, {1005, {0, 10}}};
-const std::vector<ColumnSpec> kYTable = {{2000, {0, 10}}, {2005, {0, 10}}};
-
-std::string Signature(const VECTOR_LAYER& layer, int first) {
-  std::string out;
-  int i = 0;
-  for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock, ++i) {
-    if (i < first)
-      continue;
-    if (b->Block[0] == 1000 || b->Block[0] == 1005) {
-      out += b->Block[0] == 1005 ? "X1 " : "X0 ";
-    } else {
-      out += b->Block[1] == 2005 ? "Y1 " : "Y0 ";
-    }
-  }
-  return out;
-}
-
 // One ADD_HATCHINGS call on fresh tables.
 void Hatchings(VECTOR_LAYER& layer, MSliceFileParameters& parameters) {
-  ScopedTable x(kXTable);
-  ScopedTable y(kYTable);
+  ScopedTable x(kSignatureXTable);
+  ScopedTable y(kSignatureYTable);
   EXPECT_TRUE(layer.ADD_HATCHINGS(parameters, x.root, y.root, 1));
 }
 
@@ -151,11 +130,11 @@ TEST(AddHatchings, FixedOrderIsXThenYFromTheHighEnd) {
   MSliceFileParameters parameters;
   for (int i = 0; i < 3; ++i) {
     Hatchings(layer, parameters);
-    EXPECT_EQ(Signature(layer, 2 * i), "X1 Y1 ");
+    EXPECT_EQ(WalkSignature(layer, 2 * i), "X1 Y1 ");
   }
   parameters.CycleHatchOrder = true;
   Hatchings(layer, parameters);
-  EXPECT_EQ(Signature(layer, 6), "X0 Y0 ");  // the fixed calls left the counter at 0
+  EXPECT_EQ(WalkSignature(layer, 6), "X0 Y0 ");  // the fixed calls left the counter at 0
 }
 
 TEST(AddHatchings, EightStepsCycleThroughTheProcess) {
@@ -166,7 +145,7 @@ TEST(AddHatchings, EightStepsCycleThroughTheProcess) {
                             "Y1 X1 ", "X0 Y1 ", "Y1 X0 ", "X0 Y0 "};
   for (int step = 0; step < 9; ++step) {
     Hatchings(layer, parameters);
-    EXPECT_EQ(Signature(layer, 2 * step), expected[step]) << "call " << step;
+    EXPECT_EQ(WalkSignature(layer, 2 * step), expected[step]) << "call " << step;
   }
 }
 
@@ -176,12 +155,12 @@ TEST(AddHatchings, SupportKeepsACounterOfItsOwn) {
   parameters.CycleHatchOrder = true;
   Hatchings(layer, parameters);
   Hatchings(layer, parameters);
-  EXPECT_EQ(Signature(layer, 2), "Y0 X0 ");
-  ScopedTable x(kXTable);
-  ScopedTable y(kYTable);
+  EXPECT_EQ(WalkSignature(layer, 2), "Y0 X0 ");
+  ScopedTable x(kSignatureXTable);
+  ScopedTable y(kSignatureYTable);
   layer.ADD_SUPPORT(parameters, x.root, y.root, 1);
   // Support's first cycled call walks both tables from the high end.
-  EXPECT_EQ(Signature(layer, 4), "X1 Y1 ");
+  EXPECT_EQ(WalkSignature(layer, 4), "X1 Y1 ");
   Hatchings(layer, parameters);
-  EXPECT_EQ(Signature(layer, 6), "X1 Y0 ");
+  EXPECT_EQ(WalkSignature(layer, 6), "X1 Y0 ");
 }

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <vector>
 
 #include "layer/vector_layer.h"
@@ -123,27 +122,6 @@ TEST(StraightHatching, ShorteningMovesTheStartOfLongVectorsOnly) {
   parameters.HatchShortening = 0;
   EXPECT_EQ(Hatch(&VECTOR_LAYER::ADD_Y_ARCERING_BOVEN, table, parameters),
             (std::vector<Coordinates>{{0, 0, 10, 0, 20, 0, 31, 0}}));
-}
-
-TEST(StraightHatching, TableStaysWholeAndServesAgain) {
-  const std::vector<ColumnSpec> columns = {{0, {0, 10}}, {5, {}}, {10, {1, 4, 6, 9}}};
-  ScopedTable table(columns);
-  ScopedVectorLayer layer;
-  MSliceFileParameters parameters;
-  for (const GeneratorCase& g : kAllGenerators)
-    EXPECT_TRUE((layer.*g.generator)(table.root, parameters, 1));
-  EXPECT_EQ(ColumnsOf(table.root), columns);
-  EXPECT_EQ(table.root.Position, 3);
-  EXPECT_EQ(layer.NumBlocks, 4);
-}
-
-TEST(StraightHatching, BlockTypeIsTheSignExtendedChar) {
-  ScopedTable table({{0, {0, 10}}});
-  ScopedVectorLayer layer;
-  MSliceFileParameters parameters;
-  layer.ADD_X_ARCERING_RECHTS(table.root, parameters, static_cast<char>(-3));
-  layer.ADD_X_ARCERING_RECHTS(table.root, parameters, 41);
-  EXPECT_EQ(testing_support::TypesOf(layer), (std::vector<uint16_t>{65533, 41}));
 }
 
 TEST(AddVectorBlok, AppendsOneBlockAndGrowsTheExtents) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
 #include <vector>
 
 #include "layer/vector_layer.h"
@@ -12,25 +11,6 @@
 using namespace testing_support;
 
 namespace {
-
-// Two columns at 0 and 5 with one run (0, 10) each: the first coordinate of a
-// block tells from which end it was walked.
-const std::vector<ColumnSpec> kTwoColumns = {{0, {0, 10}}, {5, {0, 10}}};
-
-// "X-up", "Y-down", ... for each block of the layer from `first` on, read from
-// the block's type (38 X, 41 Y) and from the column of its first vector.
-std::string Order(const VECTOR_LAYER& layer, int first) {
-  std::string out;
-  int i = 0;
-  for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock, ++i) {
-    if (i < first)
-      continue;
-    const bool isX = b->Type == 38;
-    const int32_t column = isX ? b->Block[0] : b->Block[1];
-    out += std::string(isX ? "X-" : "Y-") + (column == 5 ? "down " : "up ");
-  }
-  return out;
-}
 
 std::vector<Coordinates> Walls(const std::vector<ColumnSpec>& columns, int32_t connectDistance = 0) {
   ScopedTable table(columns);
@@ -54,42 +34,33 @@ Coordinates Connect(Coordinates values, int32_t distance) {
 }  // namespace
 
 TEST(AddSupport, StarTypeBecomesOneTypePerAxis) {
-  ScopedTable x(kTwoColumns);
-  ScopedTable y(kTwoColumns);
+  ScopedTable x(kSignatureXTable);
+  ScopedTable y(kSignatureYTable);
   ScopedVectorLayer layer;
   MSliceFileParameters parameters;
   EXPECT_TRUE(layer.ADD_SUPPORT(parameters, x.root, y.root, kVectorTypeSupportDefault));
   EXPECT_TRUE(layer.ADD_SUPPORT(parameters, x.root, y.root, 40));
   EXPECT_EQ(TypesOf(layer), (std::vector<uint16_t>{38, 41, 40, 40}));
-  EXPECT_EQ(ColumnsOf(x.root), kTwoColumns);
-  EXPECT_EQ(ColumnsOf(y.root), kTwoColumns);
+  EXPECT_EQ(ColumnsOf(x.root), kSignatureXTable);
+  EXPECT_EQ(ColumnsOf(y.root), kSignatureYTable);
 }
 
 TEST(AddSupport, FixedOrderLeavesTheCounterThenEightStepsCycle) {
-  ScopedTable x(kTwoColumns);
-  ScopedTable y(kTwoColumns);
+  ScopedTable x(kSignatureXTable);
+  ScopedTable y(kSignatureYTable);
   ScopedVectorLayer layer;
   MSliceFileParameters parameters;
   for (int i = 0; i < 3; ++i) {
     layer.ADD_SUPPORT(parameters, x.root, y.root, '*');
-    EXPECT_EQ(Order(layer, 2 * i), "X-up Y-up ");
+    EXPECT_EQ(WalkSignature(layer, 2 * i), "X0 Y0 ");
   }
   parameters.CycleHatchOrder = true;
-  const char* expected[] = {"X-down Y-down ", "Y-down X-down ", "X-up Y-down ", "Y-down X-up ",  "X-up Y-up ",
-                            "Y-up X-up ",     "X-down Y-up ",   "Y-up X-down ", "X-down Y-down "};
+  const char* expected[] = {"X1 Y1 ", "Y1 X1 ", "X0 Y1 ", "Y1 X0 ", "X0 Y0 ",
+                            "Y0 X0 ", "X1 Y0 ", "Y0 X1 ", "X1 Y1 "};
   for (int step = 0; step < 9; ++step) {
     layer.ADD_SUPPORT(parameters, x.root, y.root, '*');
-    EXPECT_EQ(Order(layer, 6 + 2 * step), expected[step]) << "call " << step;
+    EXPECT_EQ(WalkSignature(layer, 6 + 2 * step), expected[step]) << "call " << step;
   }
-}
-
-TEST(AddSupport, EmptyTablesGiveTrueAndNoBlock) {
-  TABEL x;
-  TABEL y;
-  ScopedVectorLayer layer;
-  MSliceFileParameters parameters;
-  EXPECT_TRUE(layer.ADD_SUPPORT(parameters, x, y, '*'));
-  EXPECT_EQ(layer.NumBlocks, 0);
 }
 
 TEST(SupportSingleDirection, EmptyTableGivesNoBlock) {

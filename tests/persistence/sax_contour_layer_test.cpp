@@ -298,3 +298,52 @@ TEST(MSaxContourLayer, ReadsManyContoursInLinearTime) {
   EXPECT_EQ(layer.MaxX, 1);
   layer.LEEG_LAAG();
 }
+
+namespace {
+
+// A caller's larger object: "Part" with a "Name" and the layer's "Contours".
+class PartHandler : public ISAXPersistHelper {
+ public:
+  explicit PartHandler(CONTOUR_LAYER* layer) : layer_(layer) {}
+  bool HandleTag(std::wstring const& tag, MSAXReader& reader) override {
+    if (tag == L"Contours") {
+      reader.PushHandler(new MSaxContourLayer(layer_, nullptr));
+    }
+    return tag == L"Part" || tag == L"Name" || tag == L"Contours";
+  }
+  bool Write(MSAXWriter& writer) const override {
+    MSAXTagWriter part(writer, L"Part");
+    writer.StartTag(L"Name");
+    writer.WriteText(L"bracket");
+    writer.EndTag(L"Name");
+    return MSaxContourLayer(layer_, "part").Write(writer);
+  }
+
+ private:
+  CONTOUR_LAYER* layer_;
+};
+
+}  // namespace
+
+TEST(MSaxContourLayer, WorksInsideACallersLargerObject) {
+  CONTOUR_LAYER layer, back;
+  layer.AddContourAtEnd(NewContour(Rectangle(0, 0, 10, 10, true)));
+  layer.AddContourAtEnd(NewContour({{3, 4}}));
+  std::ostringstream out;
+  MSAXWriter writer(out);
+  ASSERT_TRUE(writer.WriteDocument(PartHandler(&layer))) << writer.GetError();
+  const std::string document = out.str();
+  PartHandler reading(&back);
+  MSAXReader reader;
+  ASSERT_TRUE(reader.ReadBuffer(document.data(), document.size(), reading)) << reader.GetError();
+  ASSERT_EQ(back.NumContours, 2);
+  EXPECT_TRUE(PointsOf(*back.FirstContour) == PointsOf(*layer.LastContour));
+
+  // A document cut inside the second contour: the pushed layer handler releases it.
+  back.LEEG_LAAG();
+  const size_t cut = document.rfind("<Count>");
+  EXPECT_FALSE(reader.ReadBuffer(document.data(), cut, reading));
+  EXPECT_EQ(back.NumContours, 1);
+  back.LEEG_LAAG();
+  layer.LEEG_LAAG();
+}

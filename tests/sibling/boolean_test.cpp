@@ -16,7 +16,8 @@ using kelvor_boolean::UInt128;
 namespace {
 
 Loop Square(int32_t x0, int32_t y0, int32_t x1, int32_t y1, bool clockwise = true) {
-  if (clockwise) return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
+  if (clockwise)
+    return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
   return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
 }
 
@@ -27,7 +28,8 @@ struct Result {
 };
 
 // Runs one engine on the loops of a (and b, reversed when subtracting).
-Result Combine(const std::vector<Loop>& a, const std::vector<Loop>& b, int16_t level, bool subtract, M2dBoolean& engine) {
+Result Combine(const std::vector<Loop>& a, const std::vector<Loop>& b, int16_t level, bool subtract,
+               M2dBoolean& engine) {
   FeedLoops(engine, a);
   FeedLoops(engine, b, subtract);
   engine.SplitClassifyAndFilter(level, 32767);
@@ -39,7 +41,8 @@ Result Combine(const std::vector<Loop>& a, const std::vector<Loop>& b, int16_t l
 
 void ExpectSimpleClosed(const Result& r, const std::string& input) {
   EXPECT_TRUE(r.closed) << input;
-  for (const Ring& ring : r.rings) EXPECT_TRUE(RingIsSimple(ring)) << input;
+  for (const Ring& ring : r.rings)
+    EXPECT_TRUE(RingIsSimple(ring)) << input;
 }
 
 TEST(ExactArithmetic, FractionsCompareExactlyNearOneAnother) {
@@ -114,7 +117,8 @@ TEST(BooleanEngine, TouchingSquaresStaySeparateSimpleRings) {
   EXPECT_EQ(r.rings.size(), 3u);
   EXPECT_DOUBLE_EQ(r.area, 300.0);
   ExpectSimpleClosed(r, "corner-touching squares");
-  for (const Ring& ring : r.rings) EXPECT_DOUBLE_EQ(RingArea(ring), 100.0);
+  for (const Ring& ring : r.rings)
+    EXPECT_DOUBLE_EQ(RingArea(ring), 100.0);
 }
 
 TEST(BooleanEngine, SharedEdgeMergesAndDifferenceLeavesNoSliver) {
@@ -139,7 +143,8 @@ TEST(BooleanEngine, NestedSquaresAndHoles) {
   EXPECT_EQ(r.rings.size(), 2u);
   EXPECT_DOUBLE_EQ(r.area, 10000.0 - 3600.0);
   int holes = 0;
-  for (const Ring& ring : r.rings) holes += RingArea(ring) < 0;
+  for (const Ring& ring : r.rings)
+    holes += RingArea(ring) < 0;
   EXPECT_EQ(holes, 1);
   M2dBoolean filled;
   EXPECT_DOUBLE_EQ(Combine(plate, {Square(40, 40, 60, 60)}, 0, false, filled).area, 6400.0 + 400.0);
@@ -180,9 +185,12 @@ TEST(BooleanEngine, BowTieAndStarByLevel) {
 }
 
 TEST(BooleanEngine, DegenerateInputLeavesNothing) {
-  const std::vector<std::vector<Loop>> inputs = {
-      {}, {{{5, 5}}}, {{{5, 5}, {9, 9}}}, {{{1, 1}, {1, 1}, {1, 1}}}, {{{0, 0}, {10, 0}, {20, 0}}},
-      {{{0, 0}, {10, 10}, {0, 0}, {10, 10}}}};
+  const std::vector<std::vector<Loop>> inputs = {{},
+                                                 {{{5, 5}}},
+                                                 {{{5, 5}, {9, 9}}},
+                                                 {{{1, 1}, {1, 1}, {1, 1}}},
+                                                 {{{0, 0}, {10, 0}, {20, 0}}},
+                                                 {{{0, 0}, {10, 10}, {0, 0}, {10, 10}}}};
   for (const std::vector<Loop>& input : inputs) {
     M2dBoolean engine;
     const Result r = Combine(input, {}, 0, false, engine);
@@ -190,7 +198,8 @@ TEST(BooleanEngine, DegenerateInputLeavesNothing) {
   }
   // A spike on a square is cut away; repeated points change nothing.
   M2dBoolean spike;
-  const Result s = Combine({{{0, 0}, {0, 10}, {0, 10}, {10, 10}, {30, 10}, {10, 10}, {10, 0}}}, {}, 0, false, spike);
+  const Result s =
+      Combine({{{0, 0}, {0, 10}, {0, 10}, {10, 10}, {30, 10}, {10, 10}, {10, 0}}}, {}, 0, false, spike);
   EXPECT_DOUBLE_EQ(s.area, 100.0);
   ExpectSimpleClosed(s, "spike");
 }
@@ -214,7 +223,8 @@ bool TurnsOnceClockwise(const Loop& loop, int32_t cx, int32_t cy) {
     const MMPoint2d<long>& p = loop[i];
     const MMPoint2d<long>& q = loop[(i + 1) % loop.size()];
     const double cross = double(p.x - cx) * (q.y - cy) - double(p.y - cy) * (q.x - cx);
-    if (cross >= 0.0) return false;
+    if (cross >= 0.0)
+      return false;
     total += std::atan2(cross, double(p.x - cx) * (q.x - cx) + double(p.y - cy) * (q.y - cy));
   }
   return std::abs(total + 2.0 * kPi) < 1e-6;
@@ -230,7 +240,8 @@ Loop RandomStar(std::mt19937& random, int n, int32_t cx, int32_t cy, int32_t rad
       const double r = radius * unit(random);
       loop.push_back({Round(cx + r * std::cos(a)), Round(cy + r * std::sin(a))});
     }
-    if (TurnsOnceClockwise(loop, cx, cy)) return loop;
+    if (TurnsOnceClockwise(loop, cx, cy))
+      return loop;
   }
 }
 
@@ -249,7 +260,8 @@ TEST(BooleanEngineProperties, InclusionExclusionOnRandomPolygons) {
     const Result bu = Combine(b, a, 0, false, ebu);
     const Result i = Combine(a, b, 1, false, ei);
     const Result d = Combine(a, b, 0, true, ed);
-    for (const Result* r : {&u, &bu, &i, &d}) ExpectSimpleClosed(*r, input);
+    for (const Result* r : {&u, &bu, &i, &d})
+      ExpectSimpleClosed(*r, input);
     const double tolerance = 1e-9 * (areaA + areaB + 1.0);
     EXPECT_NEAR(areaA + areaB, u.area + i.area, tolerance) << input;
     EXPECT_NEAR(areaA, d.area + i.area, tolerance) << input;
@@ -262,15 +274,18 @@ TEST(BooleanEngineProperties, SelfCrossingLoopsGiveSimpleClosedRings) {
   std::uniform_int_distribution<int32_t> coordinate(0, 30);
   for (int round = 0; round < 60; ++round) {
     Loop a, b;
-    for (int k = 0; k < 4 + round % 9; ++k) a.push_back({coordinate(random), coordinate(random)});
-    for (int k = 0; k < 5 + round % 7; ++k) b.push_back({coordinate(random), coordinate(random)});
+    for (int k = 0; k < 4 + round % 9; ++k)
+      a.push_back({coordinate(random), coordinate(random)});
+    for (int k = 0; k < 5 + round % 7; ++k)
+      b.push_back({coordinate(random), coordinate(random)});
     const std::string input = Describe({a}) + "| " + Describe({b});
     M2dBoolean eu, ebu, er;
     const Result u = Combine({a}, {b}, 0, false, eu);
     const Result bu = Combine({b}, {a}, 0, false, ebu);
     ExpectSimpleClosed(u, input);
     EXPECT_NEAR(u.area, bu.area, 1e-9 * (std::abs(u.area) + 1.0)) << input;
-    for (const Ring& ring : u.rings) EXPECT_NE(RingArea(ring), 0.0) << input;
+    for (const Ring& ring : u.rings)
+      EXPECT_NE(RingArea(ring), 0.0) << input;
     FeedLoops(er, {a, b});
     er.RemoveIntegerSelfIntersections();
     bool closed = false;
@@ -286,7 +301,8 @@ std::vector<Loop> RingsAsLoops(const std::vector<Ring>& rings) {
   std::vector<Loop> loops;
   for (const Ring& ring : rings) {
     Loop loop;
-    for (const M2dGraphLine* l : ring) loop.push_back({l->from->x, l->from->y});
+    for (const M2dGraphLine* l : ring)
+      loop.push_back({l->from->x, l->from->y});
     loops.push_back(loop);
   }
   return loops;
@@ -297,7 +313,8 @@ bool InsideRings(const std::vector<Ring>& rings, double x, double y) {
   for (const Ring& ring : rings) {
     for (const M2dGraphLine* l : ring) {
       const double x0 = ExactX(l->from), y0 = ExactY(l->from), x1 = ExactX(l->to), y1 = ExactY(l->to);
-      if ((y0 > y) != (y1 > y) && x < (x1 - x0) * (y - y0) / (y1 - y0) + x0) inside = !inside;
+      if ((y0 > y) != (y1 > y) && x < (x1 - x0) * (y - y0) / (y1 - y0) + x0)
+        inside = !inside;
     }
   }
   return inside;
@@ -310,7 +327,8 @@ constexpr int kSide = 7;
 std::vector<Loop> Outline(const Cells& cells) {
   std::vector<Loop> squares;
   for (int k = 0; k < kSide * kSide; ++k) {
-    if (cells[k]) squares.push_back(Square(k % kSide, k / kSide, k % kSide + 1, k / kSide + 1));
+    if (cells[k])
+      squares.push_back(Square(k % kSide, k / kSide, k % kSide + 1, k / kSide + 1));
   }
   M2dBoolean engine;
   return RingsAsLoops(Combine(squares, {}, 0, false, engine).rings);
@@ -328,7 +346,8 @@ TEST(BooleanEngineProperties, CellOracle) {
     const std::vector<Loop> la = Outline(a), lb = Outline(b);
     const std::string input = Describe(la) + "| " + Describe(lb);
     M2dBoolean eu, ei, ed;
-    const Result results[] = {Combine(la, lb, 0, false, eu), Combine(la, lb, 1, false, ei), Combine(la, lb, 0, true, ed)};
+    const Result results[] = {Combine(la, lb, 0, false, eu), Combine(la, lb, 1, false, ei),
+                              Combine(la, lb, 0, true, ed)};
     for (int op = 0; op < 3; ++op) {
       ExpectSimpleClosed(results[op], input);
       int count = 0;

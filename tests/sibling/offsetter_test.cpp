@@ -16,25 +16,28 @@ using Points = std::vector<std::pair<int32_t, int32_t>>;
 
 void AddRing(M3dBorderLong& border, const Points& points, bool outer = true, bool closed = true) {
   M3dBorderContourLong* c = border.AddContourAtEnd();
-  for (const auto& p : points) c->InsertAtEnd(p.first, p.second, nullptr);
+  for (const auto& p : points)
+    c->InsertAtEnd(p.first, p.second, nullptr);
   c->SetIsOuterContour(outer);
   c->SetIsClosed(closed);
 }
 
 Points Square(int32_t x0, int32_t y0, int32_t x1, int32_t y1, bool clockwise = true) {
-  if (clockwise) return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
+  if (clockwise)
+    return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
   return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
 }
 
 double TotalArea(const M3dBorderLong& border) {
   double sum = 0.0;
-  for (const M3dBorderContourLong& c : border) sum += c.SurfaceAreaWithSignXY();
+  for (const M3dBorderContourLong& c : border)
+    sum += c.SurfaceAreaWithSignXY();
   return sum;
 }
 
 // Largest and smallest distance of the result points from the segment a-b.
-void DistancesFromSegment(const M3dBorderLong& border, double ax, double ay, double bx, double by, double* least,
-                          double* most) {
+void DistancesFromSegment(const M3dBorderLong& border, double ax, double ay, double bx, double by,
+                          double* least, double* most) {
   *least = 1e300;
   *most = 0.0;
   for (const M3dBorderContourLong& c : border) {
@@ -119,6 +122,22 @@ TEST(Offsetter, DegenerateContoursAddNothingUnlessGrowing) {
   EXPECT_EQ(offsetter.result->GetNumContours(), 0u);
   offsetter.CreateOffset(-5);
   EXPECT_EQ(offsetter.result->GetNumContours(), 1u);
+}
+
+TEST(Offsetter, GrowingPastTheEndsOfTheRangeClamps) {
+  M2dOffsetter offsetter;
+  AddRing(offsetter.input, Square(INT32_MAX - 100, INT32_MIN, INT32_MAX, INT32_MIN + 100));
+  offsetter.CreateOffset(-1000);
+  ASSERT_EQ(offsetter.result->GetNumContours(), 1u);
+  const M3dBorderContourLong* c = offsetter.result->GetFirstContour();
+  EXPECT_GT(c->SurfaceAreaWithSignXY(), 100.0 * 100.0);
+  bool touchesMax = false, touchesMin = false;
+  for (const M3dBorderPointLong& p : *c) {
+    touchesMax = touchesMax || p.x == INT32_MAX;
+    touchesMin = touchesMin || p.y == INT32_MIN;
+  }
+  EXPECT_TRUE(touchesMax);
+  EXPECT_TRUE(touchesMin);
 }
 
 TEST(BorderFunctions, RemoveSelfIntersectionsKeepsEveryEnclosedArea) {

@@ -18,7 +18,8 @@ using Loop = std::vector<MMPoint2d<long>>;
 // Feeds each loop as closed lines in its stored order, one shell per loop.
 inline void FeedLoops(M2dBoolean& engine, const std::vector<Loop>& loops, bool reverse = false) {
   for (const Loop& loop : loops) {
-    if (loop.empty()) continue;
+    if (loop.empty())
+      continue;
     M2dGraphPoint* previous = engine.AddPoint(loop[0].x, loop[0].y);
     for (size_t i = 1; i <= loop.size(); ++i) {
       const MMPoint2d<long>& p = loop[i % loop.size()];
@@ -42,9 +43,11 @@ using Ring = std::vector<const M2dGraphLine*>;
 inline std::vector<Ring> WalkRings(M2dBoolean& engine, bool* allClosed) {
   std::vector<Ring> rings;
   *allClosed = true;
-  for (M2dGraphLineNode* n = engine.lines->first; n != nullptr; n = n->next) n->line.status = 0;
+  for (M2dGraphLineNode* n = engine.lines->first; n != nullptr; n = n->next)
+    n->line.status = 0;
   for (M2dGraphLineNode* start = engine.lines->first; start != nullptr; start = start->next) {
-    if (start->line.status & 1) continue;
+    if (start->line.status & 1)
+      continue;
     Ring ring;
     M2dGraphLineNode* current = start;
     while (current != nullptr && !(current->line.status & 1)) {
@@ -52,7 +55,8 @@ inline std::vector<Ring> WalkRings(M2dBoolean& engine, bool* allClosed) {
       ring.push_back(&current->line);
       current = current->line.FindNextSegment(false);
     }
-    if (current != start) *allClosed = false;
+    if (current != start)
+      *allClosed = false;
     rings.push_back(ring);
   }
   return rings;
@@ -68,20 +72,23 @@ inline double ExactY(const M2dGraphPoint* p) {
 // Signed area, positive for clockwise rings (y up).
 inline double RingArea(const Ring& ring) {
   double sum = 0.0;
-  for (const M2dGraphLine* l : ring) sum += (ExactX(l->to) - ExactX(l->from)) * (ExactY(l->to) + ExactY(l->from));
+  for (const M2dGraphLine* l : ring)
+    sum += (ExactX(l->to) - ExactX(l->from)) * (ExactY(l->to) + ExactY(l->from));
   return 0.5 * sum;
 }
 
 inline double TotalArea(const std::vector<Ring>& rings) {
   double sum = 0.0;
-  for (const Ring& r : rings) sum += RingArea(r);
+  for (const Ring& r : rings)
+    sum += RingArea(r);
   return sum;
 }
 
 // True when no point object is visited twice by a ring.
 inline bool RingIsSimple(const Ring& ring) {
   std::vector<const M2dGraphPoint*> seen;
-  for (const M2dGraphLine* l : ring) seen.push_back(l->from);
+  for (const M2dGraphLine* l : ring)
+    seen.push_back(l->from);
   std::sort(seen.begin(), seen.end());
   return std::adjacent_find(seen.begin(), seen.end()) == seen.end();
 }
@@ -90,7 +97,8 @@ inline std::string Describe(const std::vector<Loop>& loops) {
   std::ostringstream out;
   for (const Loop& loop : loops) {
     out << "{";
-    for (const MMPoint2d<long>& p : loop) out << "(" << p.x << "," << p.y << ")";
+    for (const MMPoint2d<long>& p : loop)
+      out << "(" << p.x << "," << p.y << ")";
     out << "} ";
   }
   return out.str();

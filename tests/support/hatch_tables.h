@@ -115,6 +115,26 @@ inline std::vector<uint16_t> TypesOf(const VECTOR_LAYER& layer) {
   return out;
 }
 
+// Tables that tell walks apart: X columns at x = 1000 and 1005, Y columns at
+// y = 2000 and 2005, one run (0, 10) each.
+inline const std::vector<ColumnSpec> kSignatureXTable = {{1000, {0, 10}}, {1005, {0, 10}}};
+inline const std::vector<ColumnSpec> kSignatureYTable = {{2000, {0, 10}}, {2005, {0, 10}}};
+
+// For each block from `first` on, made from the signature tables: "X0 " or
+// "Y0 " when its walk began at the low end, "X1 " or "Y1 " at the high end.
+inline std::string WalkSignature(const VECTOR_LAYER& layer, int first) {
+  std::string out;
+  int i = 0;
+  for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock, ++i) {
+    if (i < first)
+      continue;
+    const bool isX = b->Block[0] == 1000 || b->Block[0] == 1005;
+    const bool fromHigh = isX ? b->Block[0] == 1005 : b->Block[1] == 2005;
+    out += std::string(isX ? "X" : "Y") + (fromHigh ? "1 " : "0 ");
+  }
+  return out;
+}
+
 // A vector layer that is cleared when it goes out of scope.
 struct ScopedVectorLayer : VECTOR_LAYER {
   ~ScopedVectorLayer() { Clear(); }
