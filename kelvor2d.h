@@ -27,6 +27,7 @@
 #include "scan/nearest_point_search.h"
 
 // Hatch and support generation
+#include "hatch/mhatcher.h"
 
 // Vector-layer operations
 #include "vectors/editing.h"
@@ -65,3 +66,4 @@
 #include "sibling/slice/slice_vector_types.h"
 #include "sibling/slice/slice_layers.h"
 #include "sibling/slice/slice.h"
+#include "sibling/hatch_sweep/hatch_sweep.h"

@@ -47,9 +47,9 @@ int64_t PointCount(const CONTOUR_LAYER& layer) {
   return n;
 }
 
-// Area enclosed by the layer's closed contours with outer contours counting
-// positive and holes negative, in square units (y up, clockwise positive).
-double SignedArea(const CONTOUR_LAYER& layer) {
+// Material area of a classified layer in square units: outer contours count
+// positive and holes negative, whatever way each runs.
+double MaterialArea(const CONTOUR_LAYER& layer) {
   double area = 0.0;
   for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
     double sum = 0.0;
@@ -58,7 +58,7 @@ double SignedArea(const CONTOUR_LAYER& layer) {
       const MMPoint2d<long>& b = c->Points[(i + 1) % c->NumPoints];
       sum += (static_cast<double>(b.x) - a.x) * (static_cast<double>(b.y) + a.y) * 0.5;
     }
-    area += sum;
+    area += (c->Outer != 0 ? 1.0 : -1.0) * std::fabs(sum);
   }
   return area;
 }
@@ -180,8 +180,8 @@ void Road::OffsetAndBoolean() {
     AU::BooleanSubtract(m_Part, m_Bar, m_Boolean, nullptr);
     const double mm2 = 1.0 / (m_Options.unitsPerMm * m_Options.unitsPerMm);
     r.counts = Describe({{"contours", m_Boolean.NumContours},
-                         {"mm2 before", static_cast<int64_t>(SignedArea(m_Part) * mm2)},
-                         {"mm2 after", static_cast<int64_t>(SignedArea(m_Boolean) * mm2)}});
+                         {"mm2 before", static_cast<int64_t>(MaterialArea(m_Part) * mm2)},
+                         {"mm2 after", static_cast<int64_t>(MaterialArea(m_Boolean) * mm2)}});
     r.lengthMm = Mm(ContourLength(m_Boolean));
   });
 }
@@ -260,7 +260,7 @@ bool Road::RenderCoverage(std::string& error) {
     for (unsigned char b : bitmap) covered += b;
     const double pixelMm = sideMm / size;
     const double area = covered / 255.0 * pixelMm * pixelMm;
-    const double exact = SignedArea(m_Part) / (m_Options.unitsPerMm * m_Options.unitsPerMm);
+    const double exact = MaterialArea(m_Part) / (m_Options.unitsPerMm * m_Options.unitsPerMm);
     std::ostringstream counts;
     counts << size << "x" << size << " px, " << static_cast<int64_t>(area) << " mm2 by pixels, "
            << static_cast<int64_t>(exact) << " mm2 exact";

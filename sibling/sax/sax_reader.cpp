@@ -98,8 +98,8 @@ void MSAXReader::CheckPendingMarkup() {
   // tag would cost memory and quadratic time.
   const XML_Index processed = XML_GetCurrentByteIndex(parser_);
   if (!failed_ && processed >= 0 && fed_ - static_cast<uint64_t>(processed) > kMaxMarkupBytes) {
-    Fail(XML_GetCurrentLineNumber(parser_), "a tag or other markup longer than " +
-                                                std::to_string(kMaxMarkupBytes) + " bytes");
+    Fail(XML_GetCurrentLineNumber(parser_),
+         "a tag or other markup longer than " + std::to_string(kMaxMarkupBytes) + " bytes");
   }
 }
 
