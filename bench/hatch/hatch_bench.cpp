@@ -18,7 +18,7 @@
 #include "workloads.h"
 
 #ifdef KELVOR2D_HAVE_CLIPPER1
-#include "hatch/clipper1_lines.h"
+#include "clipper1_lines.h"
 #endif
 
 namespace {

@@ -15,7 +15,7 @@
 #include "workloads.h"
 
 #ifdef KELVOR2D_HAVE_CLIPPER1
-#include "clipper.hpp"
+#include "clipper1_lines.h"
 #endif
 
 namespace {
@@ -105,17 +105,6 @@ void ScanTable(benchmark::State& state, bool quarter, bool alongX) {
 
 #ifdef KELVOR2D_HAVE_CLIPPER1
 
-ClipperLib::Paths ToPaths(const workloads::Rings& rings) {
-  ClipperLib::Paths paths;
-  for (const auto& ring : rings) {
-    ClipperLib::Path path;
-    for (const auto& p : ring)
-      path.push_back(ClipperLib::IntPoint(p.x, p.y));
-    paths.push_back(path);
-  }
-  return paths;
-}
-
 // The grid of the scan tables as open two-point paths across the layer.
 ClipperLib::Paths HatchLines(const CONTOUR_LAYER& layer, bool alongX) {
   ClipperLib::Paths lines;
@@ -134,19 +123,13 @@ ClipperLib::Paths HatchLines(const CONTOUR_LAYER& layer, bool alongX) {
 
 void ClipHatchLines(benchmark::State& state, bool quarter, bool alongX) {
   Workload& w = GetWorkload(quarter);
-  const ClipperLib::Paths clip = ToPaths(w.rings);
+  const ClipperLib::Paths clip = clipper1_lines::ToPaths(w.rings);
   const ClipperLib::Paths lines = HatchLines(w.layer, alongX);
   int64_t crossings = 0;
   double seconds = 0;
   for (auto _ : state) {
     const double start = ThreadSeconds();
-    ClipperLib::Clipper clipper;
-    clipper.AddPaths(lines, ClipperLib::ptSubject, false);
-    clipper.AddPaths(clip, ClipperLib::ptClip, true);
-    ClipperLib::PolyTree tree;
-    clipper.Execute(ClipperLib::ctIntersection, tree, ClipperLib::pftEvenOdd, ClipperLib::pftEvenOdd);
-    ClipperLib::Paths runs;
-    ClipperLib::OpenPathsFromPolyTree(tree, runs);
+    const ClipperLib::Paths runs = clipper1_lines::ClipLines(lines, clip);
     crossings = 2 * static_cast<int64_t>(runs.size());
     seconds += ThreadSeconds() - start;
   }

@@ -39,6 +39,8 @@ int HalfOf(int64_t refx, int64_t refy, int64_t vx, int64_t vy) {
 }  // namespace
 
 int CompareFractions(UInt128 a, UInt128 b, UInt128 c, UInt128 d) {
+  if (a == 0 || c == 0)
+    return a == c ? 0 : (a == 0 ? -1 : 1);
   int sign = 1;
   for (;;) {
     const UInt128 qa = a / b;

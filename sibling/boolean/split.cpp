@@ -227,21 +227,36 @@ bool ExactlyBefore(const Carrier& c, const M2dGraphPoint* p, const M2dGraphPoint
   return dy > 0 ? cmp < 0 : cmp > 0;
 }
 
+bool ComesFirst(const std::vector<Carrier>& carriers, const SplitPoint& s, const SplitPoint& t) {
+  if (s.whole != t.whole)
+    return s.whole < t.whole;
+  if (s.key != t.key)
+    return s.key < t.key;
+  return s.point != t.point && ExactlyBefore(carriers[s.carrier], s.point, t.point);
+}
+
+// Groups the splits by carrier (counting sort), orders each group along its
+// carrier and drops repeated points.
 void SortAlongCarriers(const std::vector<Carrier>& carriers, std::vector<SplitPoint>& splits) {
-  std::sort(splits.begin(), splits.end(), [&carriers](const SplitPoint& s, const SplitPoint& t) {
-    if (s.carrier != t.carrier)
-      return s.carrier < t.carrier;
-    if (s.whole != t.whole)
-      return s.whole < t.whole;
-    if (s.key != t.key)
-      return s.key < t.key;
-    return s.point != t.point && ExactlyBefore(carriers[s.carrier], s.point, t.point);
-  });
-  splits.erase(std::unique(splits.begin(), splits.end(),
-                           [](const SplitPoint& s, const SplitPoint& t) {
-                             return s.carrier == t.carrier && s.point == t.point;
-                           }),
-               splits.end());
+  std::vector<uint32_t> start(carriers.size() + 1, 0);
+  for (const SplitPoint& s : splits)
+    ++start[s.carrier + 1];
+  for (size_t k = 1; k < start.size(); ++k)
+    start[k] += start[k - 1];
+  std::vector<SplitPoint> grouped(splits.size());
+  std::vector<uint32_t> fill(start.begin(), start.end() - 1);
+  for (const SplitPoint& s : splits)
+    grouped[fill[s.carrier]++] = s;
+  auto before = [&carriers](const SplitPoint& s, const SplitPoint& t) { return ComesFirst(carriers, s, t); };
+  for (size_t c = 0; c < carriers.size(); ++c) {
+    std::sort(grouped.begin() + start[c], grouped.begin() + start[c + 1], before);
+  }
+  grouped.erase(std::unique(grouped.begin(), grouped.end(),
+                            [](const SplitPoint& s, const SplitPoint& t) {
+                              return s.carrier == t.carrier && s.point == t.point;
+                            }),
+                grouped.end());
+  splits.swap(grouped);
 }
 
 Edge MakeEdge(const Carrier& c, M2dGraphPoint* p, M2dGraphPoint* q) {

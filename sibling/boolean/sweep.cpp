@@ -114,6 +114,8 @@ std::vector<const M2dGraphPoint*> RankPoints(const std::vector<Edge>& edges, std
       return p.x < q.x;
     if (p.xKey != q.xKey)
       return p.xKey < q.xKey;
+    if (p.point->IsInteger() && q.point->IsInteger())
+      return p.y < q.y;
     return ComparePointXY(p.point, q.point) < 0;
   });
   std::vector<const M2dGraphPoint*> points(ranked.size());
