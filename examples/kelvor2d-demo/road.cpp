@@ -298,27 +298,31 @@ bool Road::SaveAndReread(std::string& error) {
 }
 
 bool Road::WritePicture(std::string& error) {
-  SvgPicture svg(m_Part.MinX - Units(1.0), m_Part.MinY - Units(1.0), m_Part.MaxX + Units(1.0),
-                 m_Part.MaxY + Units(1.0), 3);
-  const char* contourColour = "#222222";
-  svg.BeginPanel("straight hatching (X table)");
-  svg.AddContours(m_Part, contourColour, "contours");
-  svg.AddVectors(m_Straight, 0, "#1f77b4", "straight, type 2");
-  svg.BeginPanel("smart hatching (X and Y)");
-  svg.AddContours(m_Part, contourColour, "contours");
-  svg.AddVectors(m_Smart, 0, "#2ca02c", "smart, type 3");
-  svg.BeginPanel("perforated support");
-  svg.AddContours(m_Part, contourColour, "contours");
-  svg.AddVectors(m_Support, 0, "#d62728", "support, types 38 and 41");
-  svg.BeginPanel("meander and no-switch meander");
-  svg.AddContours(m_Part, contourColour, "contours");
-  svg.AddVectors(m_Meander, 0, "#9467bd", "meander, type 4");
-  svg.AddVectors(m_NoSwitch, 0, "#ff7f0e", "no-switch meander, type 5");
+  struct Drawing {
+    const VECTOR_LAYER* vectors;
+    const char* colour;
+    const char* label;
+  };
+  struct Panel {
+    std::string title;
+    std::vector<Drawing> drawings;
+  };
   std::ostringstream angled;
   angled << "hatching at " << m_Options.angleDegrees << " degrees";
-  svg.BeginPanel(angled.str());
-  svg.AddContours(m_Part, contourColour, "contours");
-  svg.AddVectors(m_Angled, 0, "#17becf", "free angle, type 6");
+  const std::vector<Panel> panels = {
+      {"straight hatching (X table)", {{&m_Straight, "#1f77b4", "straight, type 2"}}},
+      {"smart hatching (X and Y)", {{&m_Smart, "#2ca02c", "smart, type 3"}}},
+      {"perforated support", {{&m_Support, "#d62728", "support, types 38 and 41"}}},
+      {"meander and no-switch meander",
+       {{&m_Meander, "#9467bd", "meander, type 4"}, {&m_NoSwitch, "#ff7f0e", "no-switch meander, type 5"}}},
+      {angled.str(), {{&m_Angled, "#17becf", "free angle, type 6"}}}};
+  SvgPicture svg(m_Part.MinX - Units(1.0), m_Part.MinY - Units(1.0), m_Part.MaxX + Units(1.0),
+                 m_Part.MaxY + Units(1.0), 3);
+  for (const Panel& panel : panels) {
+    svg.BeginPanel(panel.title);
+    svg.AddContours(m_Part, "#222222", "contours");
+    for (const Drawing& d : panel.drawings) svg.AddVectors(*d.vectors, 0, d.colour, d.label);
+  }
   svg.BeginPanel("offset 0.3 mm, part minus bar");
   svg.AddContours(m_Offset, "#bcbd22", "offset contours");
   svg.AddContours(m_Boolean, "#e377c2", "boolean result");

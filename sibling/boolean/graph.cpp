@@ -7,10 +7,14 @@ using kelvor_boolean::UInt128;
 
 namespace {
 
-constexpr uint32_t kFirstBucketCount = 1024;
+constexpr uint32_t kFirstSlotCount = 1024;
+constexpr uint32_t kPointsPerBlock = 4096;
 
-uint64_t HashWholeParts(int32_t x, int32_t y) {
-  uint64_t h = (static_cast<uint64_t>(static_cast<uint32_t>(x)) << 32) | static_cast<uint32_t>(y);
+uint64_t PackWholeParts(int32_t x, int32_t y) {
+  return (static_cast<uint64_t>(static_cast<uint32_t>(x)) << 32) | static_cast<uint32_t>(y);
+}
+
+uint64_t MixBits(uint64_t h) {
   h ^= h >> 33;
   h *= 0xff51afd7ed558ccdULL;
   h ^= h >> 33;
@@ -84,24 +88,36 @@ M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
 }
 
 M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
-  if (m_buckets.empty())
-    m_buckets.assign(kFirstBucketCount, nullptr);
-  const size_t bucket = HashWholeParts(position.x, position.y) & (m_buckets.size() - 1);
-  for (M2dGraphPoint* p = m_buckets[bucket]; p != nullptr; p = p->sameCell) {
-    if (p->x == position.x && p->y == position.y && kelvor_boolean::SameExactPosition(p->exact, position)) {
-      return p;
-    }
+  if (m_slots.empty())
+    m_slots.assign(kFirstSlotCount, Slot{0, nullptr, false});
+  const uint64_t whole = PackWholeParts(position.x, position.y);
+  const bool onGrid = position.xFraction == 0 && position.yFraction == 0;
+  const size_t mask = m_slots.size() - 1;
+  size_t i = MixBits(whole) & mask;
+  for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
+    const Slot& slot = m_slots[i];
+    if (slot.whole != whole || slot.onGrid != onGrid)
+      continue;
+    if (onGrid || kelvor_boolean::SameExactPosition(slot.point->exact, position))
+      return slot.point;
   }
-  M2dGraphPoint* p = NewPoint(position);
-  p->sameCell = m_buckets[bucket];
-  m_buckets[bucket] = p;
-  if (m_points.size() > m_buckets.size())
-    GrowBuckets();
+  ExactCoordinates stored = position;
+  if (onGrid)
+    stored.denominator = 1;  // a crossing on the grid is a grid point
+  M2dGraphPoint* p = NewPoint(stored);
+  m_slots[i] = Slot{whole, p, onGrid};
+  if (m_points.size() * 2 > m_slots.size())
+    GrowSlots();
   return p;
 }
 
 M2dGraphPoint* M2dGraph::NewPoint(const ExactCoordinates& position) {
-  auto* p = new M2dGraphPoint();
+  if (m_blocks.empty() || m_blockUsed == kPointsPerBlock) {
+    m_blocks.push_back(new M2dGraphPoint[kPointsPerBlock]);
+    m_blockUsed = 0;
+  }
+  M2dGraphPoint* p = m_blocks.back() + m_blockUsed++;
+  p->graph = this;
   p->x = position.x;
   p->y = position.y;
   p->exact = position;
@@ -115,13 +131,18 @@ M2dGraphPoint* M2dGraph::NewPoint(const ExactCoordinates& position) {
   return p;
 }
 
-void M2dGraph::GrowBuckets() {
-  m_buckets.assign(m_buckets.size() * 4, nullptr);
-  const size_t mask = m_buckets.size() - 1;
-  for (M2dGraphPoint* p : m_points) {
-    const size_t bucket = HashWholeParts(p->x, p->y) & mask;
-    p->sameCell = m_buckets[bucket];
-    m_buckets[bucket] = p;
+void M2dGraph::GrowSlots() {
+  std::vector<Slot> old;
+  old.swap(m_slots);
+  m_slots.assign(old.size() * 4, Slot{0, nullptr, false});
+  const size_t mask = m_slots.size() - 1;
+  for (const Slot& slot : old) {
+    if (slot.point == nullptr)
+      continue;
+    size_t i = MixBits(slot.whole) & mask;
+    while (m_slots[i].point != nullptr)
+      i = (i + 1) & mask;
+    m_slots[i] = slot;
   }
 }
 
@@ -135,10 +156,12 @@ void M2dGraph::ClearLines() {
 
 void M2dGraph::ClearGraph() {
   lines->Clear();
-  for (M2dGraphPoint* p : m_points)
-    delete p;
+  for (M2dGraphPoint* block : m_blocks)
+    delete[] block;
+  m_blocks.clear();
+  m_blockUsed = 0;
   m_points.clear();
-  m_buckets.clear();
+  m_slots.clear();
 }
 
 M2dGraphLineNode* M2dGraphLine::FindNextSegment(bool) const {

@@ -59,7 +59,7 @@ using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
 // in `exact`.
 struct M2dGraphPoint {
-  M2dGraphPoint* sameCell = nullptr;         // next point of the same lookup bucket of the graph
+  M2dGraph* graph = nullptr;                 // the graph that owns the point
   int32_t x = 0;                             // whole part of x (floor)
   int32_t y = 0;                             // whole part of y (floor)
   uint32_t xNumerator = 0;                   // fraction of x above the whole part
@@ -162,8 +162,16 @@ class M2dGraph {
   void ClearLines();
 
  private:
-  std::vector<M2dGraphPoint*> m_points;   // every point, owned, by index
-  std::vector<M2dGraphPoint*> m_buckets;  // hash buckets of points by whole parts
+  // A slot of the open-addressing lookup table: whole parts packed in 64 bits.
+  struct Slot {
+    uint64_t whole;
+    M2dGraphPoint* point;  // null: free slot
+    bool onGrid;           // the point has no fraction
+  };
+  std::vector<M2dGraphPoint*> m_points;  // every point by index; they live in m_blocks
+  std::vector<M2dGraphPoint*> m_blocks;  // owned blocks of points (new[])
+  uint32_t m_blockUsed = 0;              // points used in the last block
+  std::vector<Slot> m_slots;             // lookup table, at most half full
   M2dGraphPoint* NewPoint(const kelvor_boolean::ExactCoordinates& position);
-  void GrowBuckets();
+  void GrowSlots();
 };

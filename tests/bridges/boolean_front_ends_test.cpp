@@ -193,4 +193,48 @@ TEST(BooleanFrontEnds, OffsetGrowsOuterContoursAndLeavesTheSource) {
   shrunk.LEEG_LAAG();
 }
 
+// A set of unit cells of a small grid as a layer: each cell united into its outline.
+constexpr int kSide = 6;
+void FillOutline(CONTOUR_LAYER& layer, const std::vector<bool>& cells) {
+  for (int k = 0; k < kSide * kSide; ++k) {
+    if (cells[k])
+      layer.AddContourAtEnd(NewContour(Rectangle(k % kSide, k / kSide, k % kSide + 1, k / kSide + 1, true)));
+  }
+  AU::BooleanUnify(layer, 0);
+}
+
+TEST(BooleanFrontEndsProperties, CellOracle) {
+  std::mt19937 random(3);
+  std::bernoulli_distribution bit(0.45);
+  for (int round = 0; round < 40; ++round) {
+    std::vector<bool> a(kSide * kSide), b(kSide * kSide);
+    std::ostringstream input;
+    for (int k = 0; k < kSide * kSide; ++k) {
+      a[k] = bit(random);
+      b[k] = bit(random);
+      input << a[k] << b[k] << (k % kSide == kSide - 1 ? " " : "");
+    }
+    Layers l;
+    FillOutline(l.a, a);
+    FillOutline(l.b, b);
+    for (int op = 0; op < 3; ++op) {
+      if (op == 0)
+        AU::BooleanUnite(l.a, l.b, l.result, nullptr);
+      if (op == 1)
+        AU::BooleanIntersect(l.a, l.b, l.result, nullptr);
+      if (op == 2)
+        AU::BooleanSubtract(l.a, l.b, l.result, nullptr);
+      ExpectConsistentFlags(l.result);
+      int count = 0;
+      for (int k = 0; k < kSide * kSide; ++k) {
+        const bool want = op == 0 ? (a[k] || b[k]) : op == 1 ? (a[k] && b[k]) : (a[k] && !b[k]);
+        count += want;
+        EXPECT_EQ(InsideEvenOdd(l.result, k % kSide + 0.5, k / kSide + 0.5), want)
+            << "op " << op << " cell " << k << " cells (a b) " << input.str();
+      }
+      EXPECT_DOUBLE_EQ(LayerArea(l.result), count) << "op " << op << " cells (a b) " << input.str();
+    }
+  }
+}
+
 }  // namespace

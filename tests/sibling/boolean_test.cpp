@@ -165,6 +165,11 @@ TEST(BooleanEngine, BowTieAndStarByLevel) {
   EXPECT_TRUE(closed);
   EXPECT_EQ(rings.size(), 2u);
   EXPECT_DOUBLE_EQ(TotalArea(rings), 50.0);
+  // The crossing (5, 5) lies on the grid: it is the grid point itself.
+  M2dGraphPoint* crossing = nonZero.AddPoint(5, 5);
+  EXPECT_TRUE(crossing->IsInteger());
+  EXPECT_EQ(crossing->denominator, 1u);
+  EXPECT_NE(crossing->firstOut, nullptr);
 
   // A clockwise pentagram: winding 1 in the points, 2 in the centre.
   Loop star;
