@@ -27,28 +27,29 @@ List* NewElement(decltype(List::Value) value, decltype(List::Value) second) {
   return e;
 }
 
+// Sorted insert, walking from `before` (the head, or an element whose Value is
+// less than `value`): the new element goes in front of the first element that
+// is not less. With `once`, an element equal to it leaves the list alone and
+// null is returned; otherwise the new element.
 template <class List>
-void InsertSorted(List* head, decltype(List::Value) value, decltype(List::Value) second, bool once) {
-  if (head->Next == nullptr) {
-    head->Next = NewElement<List>(value, second);
-    head->Value = 1;
-    return;
-  }
-  List* before = head;
-  List* at = head->Next;
-  while (value > at->Value && at->Next != nullptr) {
+List* LinkSorted(List* head, List* before, decltype(List::Value) value, decltype(List::Value) second, bool once) {
+  const bool wasEmpty = head->Next == nullptr;  // the test is on the link, not on the count
+  List* at = before->Next;
+  while (at != nullptr && value > at->Value) {
     before = at;
     at = at->Next;
   }
-  if (once && at->Value == value) return;
+  if (once && at != nullptr && at->Value == value) return nullptr;
   List* e = NewElement<List>(value, second);
-  if (value > at->Value) {
-    at->Next = e;
-  } else {
-    e->Next = at;
-    before->Next = e;
-  }
-  head->Value = static_cast<decltype(List::Value)>(head->Value + 1);
+  e->Next = at;
+  before->Next = e;
+  head->Value = wasEmpty ? 1 : static_cast<decltype(List::Value)>(head->Value + 1);
+  return e;
+}
+
+template <class List>
+void InsertSorted(List* head, decltype(List::Value) value, decltype(List::Value) second, bool once) {
+  LinkSorted(head, head, value, second, once);
 }
 
 template <class List>
@@ -149,6 +150,10 @@ void VOEG_IN_GESORTEERDE_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second
 void VOEG_IN_GESORTEERDE_US_LIJST(US_LIST* head, uint16_t value) { InsertSorted(head, value, 0, false); }
 void VOEG_IN_GESORTEERDE_US_LIJST_2(US_LIST_2* head, uint16_t value, uint16_t second) {
   InsertSorted(head, value, second, false);
+}
+
+L_LIST* InsertSortedFrom(L_LIST* head, L_LIST* from, int32_t value) {
+  return LinkSorted(head, from != nullptr ? from : head, value, 0, false);
 }
 
 void VOEG_EEN_MAAL_IN_GESORTEERDE_L_LIJST(L_LIST* head, int32_t value) { InsertSorted(head, value, 0, true); }

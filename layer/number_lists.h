@@ -35,6 +35,12 @@ void VOEG_IN_GESORTEERDE_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second
 void VOEG_IN_GESORTEERDE_US_LIJST(US_LIST* head, uint16_t value);
 void VOEG_IN_GESORTEERDE_US_LIJST_2(US_LIST_2* head, uint16_t value, uint16_t second);
 
+// The sorted insert of VOEG_IN_GESORTEERDE_L_LIJST, walking from `from` (an
+// element of the list whose Value is less than `value`; null: the head);
+// returns the new element. The same list results, without the walk from the
+// head, for callers that insert rising values in turn.
+L_LIST* InsertSortedFrom(L_LIST* head, L_LIST* from, int32_t value);
+
 // Sorted insert that leaves the list alone when the value is already there.
 void VOEG_EEN_MAAL_IN_GESORTEERDE_L_LIJST(L_LIST* head, int32_t value);
 void VOEG_EEN_MAAL_IN_GESORTEERDE_US_LIJST(US_LIST* head, uint16_t value);

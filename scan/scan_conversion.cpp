@@ -3,6 +3,7 @@
 #include "scan/scan_conversion.h"
 
 #include <cstdlib>
+#include <vector>
 
 #include "layer/contour_layer.h"
 #include "layer/values.h"
@@ -19,10 +20,25 @@ struct ScanAxisState {
   bool gridFlip;      // start of the next alternating grid: false = the distance, true = the shift
   int32_t direction;  // +1 or -1: sense of the last edge not parallel to the columns
   TABEL* cursor;      // column where the line scanner stands
+  int32_t index;      // place of the cursor in the table: 0 for the first real column
+  // Per column of the table being built, the crossing inserted last (null
+  // before the first). Lets a sorted insertion start there instead of at the
+  // head when the new value is greater: the same list, without the walk.
+  std::vector<L_LIST*> lastInserted;
 };
 
-ScanAxisState xAxis = {false, 1, nullptr};
-ScanAxisState yAxis = {false, 1, nullptr};
+ScanAxisState xAxis = {false, 1, nullptr, 0, {}};
+ScanAxisState yAxis = {false, 1, nullptr, 0, {}};
+
+void StepForward(ScanAxisState& axis) {
+  axis.cursor = axis.cursor->Next;
+  ++axis.index;
+}
+
+void StepBack(ScanAxisState& axis) {
+  axis.cursor = axis.cursor->Prev;
+  --axis.index;
+}
 
 // The grid of one axis as the parameter record gives it.
 struct GridSpec {
@@ -47,32 +63,36 @@ struct EdgeLine {
   int32_t At(int32_t c) const { return Round(static_cast<float>(c) * slope + intercept); }
 };
 
-void InsertCrossing(TABEL* column, const EdgeLine& line) {
-  VOEG_IN_GESORTEERDE_L_LIJST(column->List, line.At(column->Position));
+// Sorted insertion of the crossing into the cursor's list: an equal value goes
+// in front of those that hold it.
+void InsertCrossing(ScanAxisState& axis, const EdgeLine& line) {
+  const int32_t value = line.At(axis.cursor->Position);
+  L_LIST*& last = axis.lastInserted[axis.index];
+  last = InsertSortedFrom(axis.cursor->List, last != nullptr && last->Value < value ? last : nullptr, value);
 }
 
 void ScanRisingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeLine& line) {
   while (axis.cursor->Position < p0)
-    axis.cursor = axis.cursor->Next;
+    StepForward(axis);
   // A vertex at p0 reached by a falling edge is a turning point: no crossing.
   if (axis.direction == -1 && axis.cursor->Position == p0)
-    axis.cursor = axis.cursor->Next;
+    StepForward(axis);
   while (axis.cursor->Position < p1) {
-    InsertCrossing(axis.cursor, line);
-    axis.cursor = axis.cursor->Next;
+    InsertCrossing(axis, line);
+    StepForward(axis);
   }
   axis.direction = 1;
 }
 
 void ScanFallingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeLine& line) {
   while (axis.cursor->Position < p0)
-    axis.cursor = axis.cursor->Next;
+    StepForward(axis);
   // A column at p0 keeps its crossing only when the edge before fell too.
   if (!(axis.cursor->Position == p0 && axis.direction == -1))
-    axis.cursor = axis.cursor->Prev;
+    StepBack(axis);
   while (axis.cursor->Position > p1) {
-    InsertCrossing(axis.cursor, line);
-    axis.cursor = axis.cursor->Prev;
+    InsertCrossing(axis, line);
+    StepBack(axis);
   }
   axis.direction = -1;
 }
@@ -118,12 +138,27 @@ int32_t FindStartDirection(const CONTOUR& contour, bool alongX) {
   return 0;
 }
 
+// Each contour's scan starts from the first real column, and its first step
+// walks forwards to the first column at or beyond the start p0 of its first
+// edge. Where the cursor of the contour before stands beyond that column, it
+// is walked back to it instead: the same column, without the walk from the
+// head.
+void PlaceCursorForContour(ScanAxisState& axis, TABEL* table, int32_t p0) {
+  if (axis.cursor == nullptr || axis.index < 0) {
+    axis.cursor = table->Next;
+    axis.index = 0;
+    return;
+  }
+  while (axis.index > 0 && axis.cursor->Prev->Position >= p0)
+    StepBack(axis);
+}
+
 void ScanContour(const CONTOUR& contour, TABEL* table, ScanAxisState& axis, bool alongX) {
   const int32_t direction = FindStartDirection(contour, alongX);
   if (direction == 0)
     return;
   axis.direction = direction;
-  axis.cursor = table->Next;
+  PlaceCursorForContour(axis, table, PrimaryOf(contour.Points[contour.NumPoints - 1], alongX));
   auto scan = alongX ? ARCEER_LIJNSTUK : ARCEER_LIJNSTUK_IN_Y;
   const MMPoint2d<long>* points = contour.Points;
   const int32_t n = contour.NumPoints;
@@ -167,10 +202,14 @@ void ScanLayer(const CONTOUR_LAYER& layer, TABEL* table, const GridSpec& grid, b
   AddExtraColumns(table, extra);
   if (table->Next == nullptr)
     return;
+  axis.lastInserted.assign(static_cast<size_t>(table->Position) + 2, nullptr);
+  axis.cursor = nullptr;
   for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
     if (c->Closed == 1 && c->Points != nullptr)
       ScanContour(*c, table, axis, alongX);
   }
+  axis.lastInserted.clear();
+  axis.cursor = nullptr;
 }
 
 // True when a grid line start + k * distance lies strictly inside (a, b).

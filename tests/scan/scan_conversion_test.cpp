@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <vector>
 
@@ -218,4 +219,35 @@ TEST(ExtraGridLines, FilterDropsValuesWhoseColumnIsEmpty) {
   EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{15, 20, 25}));
   EXPECT_EQ(extra.Value, 3);
   LEEG_L_LIJST(&extra);
+}
+
+// Contours are scanned one after the other, each on its own: the table of a
+// layer is the column-wise merge of the tables of its contours alone, in any
+// order of the chain and wherever the contour before left the cursor.
+TEST(ScanConversion, LayerTableIsTheMergeOfItsContoursTables) {
+  std::srand(7);
+  std::vector<Ring> rings;
+  for (int i = 0; i < 40; ++i) {
+    const double cx = std::rand() % 2000, cy = std::rand() % 2000;
+    rings.push_back(testing_support::Circle(cx, cy, 20 + std::rand() % 400, 5 + std::rand() % 30, i % 2 == 0));
+  }
+  ScopedLayer all({});
+  for (const Ring& r : rings)
+    all.layer.AddContourAtEnd(NewContour(r));
+  all.layer.BEPAAL_EXTREMA();
+  const MSliceFileParameters p = Grid(23, 5);
+  Columns merged = ScanX(all.layer, p);
+  for (auto& c : merged)
+    c.second.clear();
+  for (const Ring& r : rings) {
+    ScopedLayer one({r});
+    one.layer.MaxX = all.layer.MaxX;  // the same grid
+    const Columns alone = ScanX(one.layer, p);
+    for (size_t k = 0; k < alone.size(); ++k) {
+      merged[k].second.insert(merged[k].second.end(), alone[k].second.begin(), alone[k].second.end());
+    }
+  }
+  for (auto& c : merged)
+    std::sort(c.second.begin(), c.second.end());
+  EXPECT_EQ(ScanX(all.layer, p), merged);
 }
