@@ -106,8 +106,24 @@ void MContours2BitmapConvertor::_ProcessIntersections() {
   if (start > end)
     return;
   unsigned char* pixels = bitmap + static_cast<int64_t>(row) * width;
+  // Each pixel sums the areas of the active parts from the first one up to the
+  // end of its range, in list order. Two things carry over from one pixel to
+  // the next without changing a bit of that sum: the end of the range only
+  // moves right, and the leading parts that lie wholly left of the pixel give
+  // a constant area for the rest of the row, so their running sum is kept.
+  ActivePosition leftEnd = sweep.begin();
+  double leftSum = 0.0;
+  ActivePosition rangeEnd = sweep.begin();
   for (int32_t x = start; x <= end; ++x) {
-    const double sum = _CalculateArea(x, sweep.begin(), _EndOfRange(x));
+    while (rangeEnd != sweep.end() && !((*rangeEnd)->Left() > x + 1))
+      ++rangeEnd;
+    while (leftEnd != rangeEnd && (*leftEnd)->Right() < x) {
+      leftSum += (*leftEnd)->GetRightArea(x);
+      ++leftEnd;
+    }
+    double sum = leftSum;
+    for (ActivePosition position = leftEnd; position != rangeEnd; ++position)
+      sum += (*position)->GetRightArea(x);
     pixels[x] = static_cast<unsigned char>(static_cast<int64_t>(sum + kRoundingHalf));
   }
 }
