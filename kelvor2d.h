@@ -13,6 +13,7 @@
 // Geometry toolkit
 #include "geometry/plane_geometry.h"
 #include "geometry/space_geometry.h"
+#include "geometry/space_geometry_helpers.h"
 
 // Contour processing
 #include "contour_processing/orientation.h"
@@ -47,7 +48,17 @@
 #include "bitmap/convertor.h"
 
 // Persistence
+#include "persistence/sax_contour.h"
 #include "persistence/sax_contour_layer.h"
+
+// Internal helpers the sources share, in namespaces of their own
+// (kelvor2d_detail, hatch_internal, kelvor_boolean); not part of the interface.
+#include "geometry/grid_arithmetic.h"
+#include "geometry/grid_transforms.h"
+#include "geometry/segment_crossing.h"
+#include "scan/grid_step.h"
+#include "hatch/hatch_common.h"
+#include "sibling/boolean/pairing.h"
 
 // Sibling layers
 #include "sibling/sax/sax_persist.h"

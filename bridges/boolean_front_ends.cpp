@@ -9,6 +9,8 @@ namespace {
 constexpr int16_t kNoUpperBound = 32767;
 constexpr int16_t kUnionLevel = 0;
 constexpr int16_t kIntersectionLevel = 1;
+// How many points ahead of the one fed the lookup of a point is started.
+constexpr int32_t kPrefetchDistance = 8;
 
 // True when the stored flags say the contour runs against the sense the
 // engine expects for it.
@@ -20,7 +22,11 @@ void FeedContour(M2dBoolean* engine, const CONTOUR& c, bool swap, bool lineFlag,
   M2dGraphPoint* previous = engine->AddPoint(c.Points[0].x, c.Points[0].y);
   int32_t lowest = c.Points[0].y, highest = lowest;
   const int32_t m = c.Closed != 0 ? c.NumPoints : c.NumPoints - 1;
+  for (int32_t i = 1; i < kPrefetchDistance && i < m; ++i)
+    engine->PrefetchGridPoint(c.Points[i].x, c.Points[i].y);
   for (int32_t i = 1; i <= m; ++i) {
+    if (i + kPrefetchDistance < m)
+      engine->PrefetchGridPoint(c.Points[i + kPrefetchDistance].x, c.Points[i + kPrefetchDistance].y);
     const MMPoint2d<long>& p = c.Points[i < m ? i : 0];
     M2dGraphPoint* next = engine->AddPoint(p.x, p.y);
     if (swap) {
@@ -38,6 +44,16 @@ void FeedContour(M2dBoolean* engine, const CONTOUR& c, bool swap, bool lineFlag,
     engine->AddShell(lowest, highest);
 }
 
+// Points that feeding the layer visits, closing visits included.
+uint32_t CountFedPoints(const CONTOUR_LAYER& layer) {
+  uint32_t count = 0;
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
+    if (c->NumPoints > 0)
+      count += static_cast<uint32_t>(c->NumPoints) + 1;
+  }
+  return count;
+}
+
 // Builds an engine, feeds a and b, keeps the region above `level` and
 // writes it into result.
 void RunTwoOperands(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
@@ -45,6 +61,7 @@ void RunTwoOperands(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYE
   M2dBoolean engine;
   if (options != nullptr)
     engine.options = options->flags;
+  engine.ReservePoints(CountFedPoints(a) + CountFedPoints(b));
   M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, a, false, false, true);
   M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, b, reverseB, false, true);
   engine.SplitClassifyAndFilter(level, kNoUpperBound);
@@ -91,6 +108,7 @@ bool AU::BooleanSubtract(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR
 
 bool AU::BooleanUnify(CONTOUR_LAYER& layer, int32_t level) {
   M2dBoolean engine;
+  engine.ReservePoints(CountFedPoints(layer));
   M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, false, false, true);
   engine.SplitClassifyAndFilter(static_cast<int16_t>(level), kNoUpperBound);
   ExtractContourLayer(&engine, layer);

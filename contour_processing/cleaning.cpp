@@ -9,6 +9,8 @@
 #include "geometry/grid_arithmetic.h"
 #include "layer/contour_layer.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 constexpr unsigned short kLeastPointsKept = 2;

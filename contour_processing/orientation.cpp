@@ -13,6 +13,8 @@
 #include "layer/contour_layer.h"
 #include "layer/number_lists.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 constexpr float kLeastColumnStep = 1.4901161e-8f;

@@ -10,6 +10,8 @@
 #include "geometry/space_geometry.h"
 #include "layer/contour_layer.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 constexpr int32_t kLeastPointsToSmooth = 3;

@@ -6,6 +6,8 @@
 #include "geometry/segment_crossing.h"
 #include "layer/contour.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // Indices of the first points with the least and greatest x and y.

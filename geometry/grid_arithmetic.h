@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace kelvor2d_detail {
+
 // a - b, wrapped to 32 bits.
 inline int32_t Sub32(int32_t a, int32_t b) {
   return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
@@ -31,3 +33,5 @@ inline int32_t TruncateClamped(float v) {
     return INT32_MIN;
   return static_cast<int32_t>(v);
 }
+
+}  // namespace kelvor2d_detail

@@ -11,6 +11,8 @@
 #include "geometry/grid_arithmetic.h"
 #include "layer/values.h"
 
+namespace kelvor2d_detail {
+
 // Rotation by an angle in degrees (counter-clockwise, y up) about a centre,
 // in float, rounded back to the grid.
 struct GridRotation {
@@ -76,3 +78,5 @@ void ReflectExtents(Extents& e, int32_t Extents::*min, int32_t Extents::*max, in
   e.*min = Reflect(e.*max, centre);
   e.*max = Reflect(oldMin, centre);
 }
+
+}  // namespace kelvor2d_detail

@@ -4,6 +4,8 @@
 
 #include "geometry/grid_arithmetic.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // A line in slope form, y = slope * x + intercept; vertical lines carry the

@@ -9,6 +9,8 @@
 #include "geometry/plane_geometry.h"
 #include "layer/values.h"
 
+namespace kelvor2d_detail {
+
 // Axis-aligned box of grid coordinates; comparisons inclusive.
 struct GridBox {
   int32_t minX;  // least x
@@ -39,3 +41,5 @@ inline bool EdgeCrossesSegment(MMPoint2d<long> a, MMPoint2d<long> b, const GridB
   crossing = SNIJPUNT_TWEE_RECHTEN(a, b, p, q);
   return box.Contains(crossing) && BoxOfEnds(p, q).Contains(crossing);
 }
+
+}  // namespace kelvor2d_detail

@@ -7,6 +7,8 @@
 #include "geometry/plane_geometry.h"
 #include "geometry/space_geometry_helpers.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 constexpr float kLineTolerance = 0.0001f;

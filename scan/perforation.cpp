@@ -8,6 +8,8 @@
 #include "scan/grid_step.h"
 #include "scan/tabel.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // Lengths that the filters run after perforation use.

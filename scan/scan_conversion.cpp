@@ -11,6 +11,8 @@
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // Process-wide state of one axis. The grid flip lives as long as the process

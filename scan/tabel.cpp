@@ -5,6 +5,8 @@
 
 #include "scan/grid_step.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // TABEL and TABEL_2 differ only in the list type of their columns.

@@ -10,6 +10,8 @@
 #include "layer/layer.h"
 #include "vectors/editing.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // Bit t set for each selectable type code t below 42: 1, 33, 34, 37, 38, 40, 41.

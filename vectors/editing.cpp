@@ -8,6 +8,8 @@
 
 #include "geometry/grid_arithmetic.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // Number of whole points (coordinate pairs) of a block.

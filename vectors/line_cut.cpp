@@ -9,6 +9,8 @@
 #include "vectors/conversion.h"
 #include "vectors/editing.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // A box with inclusive bounds; empty when a minimum exceeds its maximum.

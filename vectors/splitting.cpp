@@ -9,6 +9,8 @@
 #include "geometry/plane_geometry.h"
 #include "vectors/editing.h"
 
+using namespace kelvor2d_detail;  // the internal grid helpers
+
 namespace {
 
 // Sorts one vector a-b into the low and high lists, cutting it at the

@@ -15,7 +15,7 @@
 #include "bridges/boolean_front_ends.h"
 #include "workloads.h"
 
-#ifdef KELVOR2D_HAVE_CLIPPER
+#ifdef KELVOR2D_HAVE_CLIPPER1
 #include <polyclipping/clipper.hpp>
 #endif
 
@@ -82,7 +82,7 @@ double RunOurs(const Workload& w, Operation op) {
   return area;
 }
 
-#ifdef KELVOR2D_HAVE_CLIPPER
+#ifdef KELVOR2D_HAVE_CLIPPER1
 ClipperLib::Paths ToPaths(const workloads::Rings& rings) {
   ClipperLib::Paths paths;
   for (const workloads::Ring& ring : rings) {
@@ -133,7 +133,7 @@ void PrintComparison(const std::vector<Workload>& list) {
       double ourArea = 0.0;
       const double ours = BestOf(
           3, [&] { return RunOurs(w, op); }, &ourArea);
-#ifdef KELVOR2D_HAVE_CLIPPER
+#ifdef KELVOR2D_HAVE_CLIPPER1
       double theirArea = 0.0;
       const double theirs = BestOf(
           w.name == "star-100000" ? 1 : 3, [&] { return RunClipper(w, op); }, &theirArea);
@@ -147,7 +147,7 @@ void PrintComparison(const std::vector<Workload>& list) {
       std::fflush(stdout);
     }
   }
-#ifndef KELVOR2D_HAVE_CLIPPER
+#ifndef KELVOR2D_HAVE_CLIPPER1
   std::printf("Clipper 1 (libpolyclipping-dev) not found at build time: comparison skipped.\n");
 #endif
 }

@@ -9,6 +9,7 @@ namespace {
 
 constexpr uint32_t kFirstSlotCount = 1024;
 constexpr uint32_t kPointsPerBlock = 4096;
+constexpr uint32_t kLinesPerBlock = 4096;
 
 uint64_t PackWholeParts(int32_t x, int32_t y) {
   return (static_cast<uint64_t>(static_cast<uint32_t>(x)) << 32) | static_cast<uint32_t>(y);
@@ -64,7 +65,7 @@ M2dGraph::~M2dGraph() {
 }
 
 DLIST_ELEMENT<M2dGraphLine>* M2dGraph::AddLine(M2dGraphPoint* from, M2dGraphPoint* to, bool flag) {
-  auto* node = new DLIST_ELEMENT<M2dGraphLine>();
+  M2dGraphLineNode* node = NewLineNode();
   M2dGraphLine& line = node->line;
   line.graph = this;
   line.from = from;
@@ -77,6 +78,32 @@ DLIST_ELEMENT<M2dGraphLine>* M2dGraph::AddLine(M2dGraphPoint* from, M2dGraphPoin
   line.nextIn = to->firstIn;
   to->firstIn = node;
   return lines->Append(node);
+}
+
+M2dGraphLineNode* M2dGraph::NewLineNode() {
+  if (m_lineBlock < m_lineBlocks.size() && m_lineBlockUsed == kLinesPerBlock) {
+    ++m_lineBlock;
+    m_lineBlockUsed = 0;
+  }
+  if (m_lineBlock == m_lineBlocks.size())
+    m_lineBlocks.push_back(new M2dGraphLineNode[kLinesPerBlock]);
+  M2dGraphLineNode* node = m_lineBlocks[m_lineBlock] + m_lineBlockUsed++;
+  *node = M2dGraphLineNode();
+  return node;
+}
+
+void M2dGraph::PrefetchGridPoint(int32_t x, int32_t y) const {
+  if (!m_slots.empty())
+    __builtin_prefetch(&m_slots[MixBits(PackWholeParts(x, y)) & (m_slots.size() - 1)]);
+}
+
+void M2dGraph::ReservePoints(uint32_t count) {
+  m_points.reserve(count);
+  size_t size = m_slots.empty() ? kFirstSlotCount : m_slots.size();
+  while (static_cast<size_t>(count) * 2 > size)
+    size *= 4;
+  if (size > m_slots.size())
+    GrowSlots(size);
 }
 
 M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
@@ -107,7 +134,7 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   M2dGraphPoint* p = NewPoint(stored);
   m_slots[i] = Slot{whole, p, onGrid};
   if (m_points.size() * 2 > m_slots.size())
-    GrowSlots();
+    GrowSlots(m_slots.size() * 4);
   return p;
 }
 
@@ -131,10 +158,10 @@ M2dGraphPoint* M2dGraph::NewPoint(const ExactCoordinates& position) {
   return p;
 }
 
-void M2dGraph::GrowSlots() {
+void M2dGraph::GrowSlots(size_t size) {
   std::vector<Slot> old;
   old.swap(m_slots);
-  m_slots.assign(old.size() * 4, Slot{0, nullptr, false});
+  m_slots.assign(size, Slot{0, nullptr, false});
   const size_t mask = m_slots.size() - 1;
   for (const Slot& slot : old) {
     if (slot.point == nullptr)
@@ -148,6 +175,8 @@ void M2dGraph::GrowSlots() {
 
 void M2dGraph::ClearLines() {
   lines->Clear();
+  m_lineBlock = 0;
+  m_lineBlockUsed = 0;
   for (M2dGraphPoint* p : m_points) {
     p->firstOut = nullptr;
     p->firstIn = nullptr;
@@ -156,6 +185,11 @@ void M2dGraph::ClearLines() {
 
 void M2dGraph::ClearGraph() {
   lines->Clear();
+  for (M2dGraphLineNode* block : m_lineBlocks)
+    delete[] block;
+  m_lineBlocks.clear();
+  m_lineBlock = 0;
+  m_lineBlockUsed = 0;
   for (M2dGraphPoint* block : m_blocks)
     delete[] block;
   m_blocks.clear();

@@ -3,6 +3,7 @@
 // walker follow the lines into contours.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -19,7 +20,7 @@ struct DLIST_ELEMENT {
   T line;                             // the element itself
 };
 
-// The owning list of a graph's lines.
+// The list of a graph's lines; the graph owns the storage of its nodes.
 template <class T>
 struct DLIST {
   DLIST_ELEMENT<T>* first = nullptr;  // first node, null when empty
@@ -39,13 +40,8 @@ struct DLIST {
     ++count;
     return node;
   }
-  // Deletes every node.
+  // Forgets every node; the storage of the nodes belongs to the graph.
   void Clear() {
-    for (DLIST_ELEMENT<T>* node = first; node != nullptr;) {
-      DLIST_ELEMENT<T>* next = node->next;
-      delete node;
-      node = next;
-    }
     first = last = nullptr;
     count = 0;
   }
@@ -65,12 +61,12 @@ struct M2dGraphPoint {
   uint32_t xNumerator = 0;                   // fraction of x above the whole part
   uint32_t yNumerator = 0;                   // fraction of y above the whole part
   uint32_t denominator = 1;                  // common denominator of both fractions, >= 1
+  uint32_t index = 0;                        // creation number within the graph
   kelvor_boolean::ExactCoordinates exact{};  // the exact position
   uint64_t xKey = 0;                         // floor(2^62 * fraction of x): orders x before exact tests
   uint64_t yKey = 0;                         // floor(2^62 * fraction of y)
   double nearX = 0.0;                        // exact x rounded to a double (for filters only)
   double nearY = 0.0;                        // exact y rounded to a double (for filters only)
-  uint32_t index = 0;                        // creation number within the graph
   M2dGraphLineNode* firstOut = nullptr;      // first line leaving this point
   M2dGraphLineNode* firstIn = nullptr;       // first line entering this point
 
@@ -152,6 +148,12 @@ class M2dGraph {
   M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
   // The point at an exact position, made on first use.
   M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  // Hints that the point at the grid position (x, y) is asked for soon, so
+  // that its lookup can start early; changes nothing.
+  void PrefetchGridPoint(int32_t x, int32_t y) const;
+  // Prepares room for `count` points in all, so that feeding them grows no
+  // table; changes no result.
+  void ReservePoints(uint32_t count);
   // Number of points made so far.
   uint32_t GetNumPoints() const { return static_cast<uint32_t>(m_points.size()); }
   // Deletes all lines and points.
@@ -168,10 +170,14 @@ class M2dGraph {
     M2dGraphPoint* point;  // null: free slot
     bool onGrid;           // the point has no fraction
   };
-  std::vector<M2dGraphPoint*> m_points;  // every point by index; they live in m_blocks
-  std::vector<M2dGraphPoint*> m_blocks;  // owned blocks of points (new[])
-  uint32_t m_blockUsed = 0;              // points used in the last block
-  std::vector<Slot> m_slots;             // lookup table, at most half full
+  std::vector<M2dGraphPoint*> m_points;         // every point by index; they live in m_blocks
+  std::vector<M2dGraphPoint*> m_blocks;         // owned blocks of points (new[])
+  uint32_t m_blockUsed = 0;                     // points used in the last block
+  std::vector<Slot> m_slots;                    // lookup table, at most half full
+  std::vector<M2dGraphLineNode*> m_lineBlocks;  // owned blocks of line nodes (new[])
+  size_t m_lineBlock = 0;                       // block that the next line node comes from
+  uint32_t m_lineBlockUsed = 0;                 // nodes used in that block
   M2dGraphPoint* NewPoint(const kelvor_boolean::ExactCoordinates& position);
-  void GrowSlots();
+  M2dGraphLineNode* NewLineNode();
+  void GrowSlots(size_t size);
 };

@@ -31,6 +31,7 @@ struct SplitPoint {
   int32_t whole;
   uint64_t key;
   M2dGraphPoint* point;
+  uint32_t index;  // the point's index
 };
 
 uint32_t ClampCell(double v, uint32_t count) {
@@ -71,7 +72,7 @@ Grid MakeGrid(const std::vector<Carrier>& carriers) {
 // margin along x in every row).
 template <class F>
 void ForEachCellOf(const Grid& g, const Carrier& c, F f) {
-  const double ax = c.from->x, ay = c.from->y, bx = c.to->x, by = c.to->y;
+  const double ax = c.fromX, ay = c.fromY, bx = c.toX, by = c.toY;
   const double lowY = std::min(ay, by), highY = std::max(ay, by);
   const uint32_t r0 = ClampCell((lowY - g.originY) / g.cellHeight, g.rows);
   const uint32_t r1 = ClampCell((highY - g.originY) / g.cellHeight, g.rows);
@@ -93,8 +94,65 @@ void ForEachCellOf(const Grid& g, const Carrier& c, F f) {
   }
 }
 
-// Calls visit(i, j, cell) for every pair of carriers sharing a grid cell,
-// once per shared cell.
+// A carrier listed in a cell, copied so that the pair filter and the pair
+// tests read the cell's list only. Used while the lists stay short (few cells
+// per carrier); long carriers are listed by number.
+struct CellMember {
+  Carrier carrier;  // a copy of the carrier
+  uint32_t index;   // its number
+};
+
+constexpr uint32_t kCopiedCellsPerCarrier = 4;
+
+const Carrier& CarrierOf(const std::vector<Carrier>&, const CellMember& m) {
+  return m.carrier;
+}
+const Carrier& CarrierOf(const std::vector<Carrier>& carriers, uint32_t m) {
+  return carriers[m];
+}
+uint32_t IndexOf(const CellMember& m) {
+  return m.index;
+}
+uint32_t IndexOf(uint32_t m) {
+  return m;
+}
+void MakeMember(const std::vector<Carrier>& carriers, uint32_t i, CellMember* m) {
+  *m = CellMember{carriers[i], i};
+}
+void MakeMember(const std::vector<Carrier>&, uint32_t i, uint32_t* m) {
+  *m = i;
+}
+
+bool BoxesMeet(const Carrier& a, const Carrier& b) {
+  return a.maxX >= b.minX && b.maxX >= a.minX && a.maxY >= b.minY && b.maxY >= a.minY;
+}
+
+// Lists the carriers by cell (`start` holds the cell offsets) and calls
+// visit for every pair in a cell whose boxes meet, cell by cell.
+template <class Member, class Visit>
+void VisitCellPairs(const Grid& grid, const std::vector<Carrier>& carriers,
+                    const std::vector<uint32_t>& start, Visit visit) {
+  std::vector<uint32_t> fill(start.begin(), start.end() - 1);
+  std::vector<Member> members(start.back());
+  for (uint32_t i = 0; i < carriers.size(); ++i) {
+    Member member;
+    MakeMember(carriers, i, &member);
+    ForEachCellOf(grid, carriers[i], [&](uint32_t cell) { members[fill[cell]++] = member; });
+  }
+  for (uint32_t cell = 0; cell + 1 < start.size(); ++cell) {
+    for (uint32_t a = start[cell]; a < start[cell + 1]; ++a) {
+      const Carrier& first = CarrierOf(carriers, members[a]);
+      for (uint32_t b = a + 1; b < start[cell + 1]; ++b) {
+        const Carrier& second = CarrierOf(carriers, members[b]);
+        if (BoxesMeet(first, second))
+          visit(first, IndexOf(members[a]), second, IndexOf(members[b]), cell);
+      }
+    }
+  }
+}
+
+// Calls visit(a, i, b, j, cell) for every pair of carriers a (number i) and
+// b (number j) sharing a grid cell whose boxes meet, once per shared cell.
 template <class Visit>
 void ForEachCandidatePair(const Grid& grid, const std::vector<Carrier>& carriers, Visit visit) {
   std::vector<uint32_t> start(static_cast<size_t>(grid.columns) * grid.rows + 1, 0);
@@ -102,29 +160,19 @@ void ForEachCandidatePair(const Grid& grid, const std::vector<Carrier>& carriers
     ForEachCellOf(grid, c, [&start](uint32_t cell) { ++start[cell + 1]; });
   for (size_t k = 1; k < start.size(); ++k)
     start[k] += start[k - 1];
-  std::vector<uint32_t> fill(start.begin(), start.end() - 1);
-  std::vector<uint32_t> members(start.back());
-  for (uint32_t i = 0; i < carriers.size(); ++i) {
-    ForEachCellOf(grid, carriers[i], [&](uint32_t cell) { members[fill[cell]++] = i; });
-  }
-  for (uint32_t cell = 0; cell + 1 < start.size(); ++cell) {
-    for (uint32_t a = start[cell]; a < start[cell + 1]; ++a) {
-      for (uint32_t b = a + 1; b < start[cell + 1]; ++b)
-        visit(members[a], members[b], cell);
-    }
+  if (start.back() <= static_cast<size_t>(kCopiedCellsPerCarrier) * carriers.size()) {
+    VisitCellPairs<CellMember>(grid, carriers, start, visit);
+  } else {
+    VisitCellPairs<uint32_t>(grid, carriers, start, visit);
   }
 }
 
-bool BoxesMeet(const Carrier& a, const Carrier& b) {
-  return a.maxX >= b.minX && b.maxX >= a.minX && a.maxY >= b.minY && b.maxY >= a.minY;
-}
-
-// True when grid point p lies on segment a-b strictly between its ends.
-bool LiesInside(const M2dGraphPoint* a, const M2dGraphPoint* b, const M2dGraphPoint* p) {
-  if (Orientation(a->x, a->y, b->x, b->y, p->x, p->y) != 0)
+// True when grid point (px, py) lies on carrier c strictly between its ends.
+bool LiesInside(const Carrier& c, int64_t px, int64_t py) {
+  if (Orientation(c.fromX, c.fromY, c.toX, c.toY, px, py) != 0)
     return false;
-  const Int128 ux = static_cast<int64_t>(b->x) - a->x, uy = static_cast<int64_t>(b->y) - a->y;
-  const Int128 along = ux * (static_cast<int64_t>(p->x) - a->x) + uy * (static_cast<int64_t>(p->y) - a->y);
+  const Int128 ux = static_cast<int64_t>(c.toX) - c.fromX, uy = static_cast<int64_t>(c.toY) - c.fromY;
+  const Int128 along = ux * (px - c.fromX) + uy * (py - c.fromY);
   return along > 0 && along < ux * ux + uy * uy;
 }
 
@@ -134,61 +182,51 @@ bool LiesInside(const M2dGraphPoint* a, const M2dGraphPoint* b, const M2dGraphPo
 class Splitter {
  public:
   Splitter(M2dGraph& graph, const std::vector<Carrier>& carriers, const Grid& grid)
-      : m_graph(graph), m_carriers(carriers), m_grid(grid), m_overlapping(carriers.size(), 0) {}
+      : m_graph(graph), m_grid(grid), m_overlapping(carriers.size(), 0) {}
 
   std::vector<SplitPoint> splits;
 
   bool Overlaps(uint32_t carrier) const { return m_overlapping[carrier] != 0; }
 
-  void SplitPair(uint32_t i, uint32_t j, uint32_t cell) {
-    const Carrier& a = m_carriers[i];
-    const Carrier& b = m_carriers[j];
-    if (!BoxesMeet(a, b) || !CellMeetsBox(cell, std::max(a.minX, b.minX), std::max(a.minY, b.minY),
-                                          std::min(a.maxX, b.maxX), std::min(a.maxY, b.maxY))) {
+  void SplitPair(const Carrier& a, uint32_t i, const Carrier& b, uint32_t j, uint32_t cell) {
+    if (!CellMeetsBox(cell, std::max(a.minX, b.minX), std::max(a.minY, b.minY), std::min(a.maxX, b.maxX),
+                      std::min(a.maxY, b.maxY))) {
       return;
     }
     ExactCoordinates c;
-    if (ProperCrossing(a.from->x, a.from->y, a.to->x, a.to->y, b.from->x, b.from->y, b.to->x, b.to->y, &c)) {
+    if (ProperCrossing(a.fromX, a.fromY, a.toX, a.toY, b.fromX, b.fromY, b.toX, b.toY, &c)) {
       if (!Owns(cell, ExactToDouble(c.x, c.xFraction, c.denominator),
                 ExactToDouble(c.y, c.yFraction, c.denominator))) {
         return;
       }
       M2dGraphPoint* p = m_graph.GetExactPoint(c);
-      Add(i, p);
-      Add(j, p);
+      Add(a, i, p);
+      Add(b, j, p);
       return;
     }
-    if (Orientation(a.from->x, a.from->y, a.to->x, a.to->y, b.from->x, b.from->y) == 0 &&
-        Orientation(a.from->x, a.from->y, a.to->x, a.to->y, b.to->x, b.to->y) == 0) {
+    if (Orientation(a.fromX, a.fromY, a.toX, a.toY, b.fromX, b.fromY) == 0 &&
+        Orientation(a.fromX, a.fromY, a.toX, a.toY, b.toX, b.toY) == 0) {
       m_overlapping[i] = m_overlapping[j] = 1;
     }
-    for (M2dGraphPoint* p : {b.from, b.to}) {
-      if (Owns(cell, p->x, p->y) && LiesInside(a.from, a.to, p))
-        Add(i, p);
-    }
-    for (M2dGraphPoint* p : {a.from, a.to}) {
-      if (Owns(cell, p->x, p->y) && LiesInside(b.from, b.to, p))
-        Add(j, p);
-    }
+    AddEndsInside(cell, b, a, i);
+    AddEndsInside(cell, a, b, j);
   }
 
-  void Add(uint32_t carrier, M2dGraphPoint* p) {
-    const Carrier& c = m_carriers[carrier];
-    const int64_t dx = static_cast<int64_t>(c.to->x) - c.from->x;
-    const int64_t dy = static_cast<int64_t>(c.to->y) - c.from->y;
+  void Add(const Carrier& c, uint32_t carrier, M2dGraphPoint* p) {
+    const int64_t dx = static_cast<int64_t>(c.toX) - c.fromX;
+    const int64_t dy = static_cast<int64_t>(c.toY) - c.fromY;
     const bool alongX = (dx < 0 ? -dx : dx) >= (dy < 0 ? -dy : dy);
     int32_t whole = alongX ? p->x : p->y;
     uint64_t key = alongX ? p->xKey : p->yKey;
     if ((alongX ? dx : dy) < 0) {
-      whole = -whole - 1;
+      whole = ~whole;  // -whole - 1, without overflow at INT32_MIN
       key = kKeyTop - key;
     }
-    splits.push_back({carrier, whole, key, p});
+    splits.push_back({carrier, whole, key, p, p->index});
   }
 
  private:
   M2dGraph& m_graph;
-  const std::vector<Carrier>& m_carriers;
   const Grid& m_grid;
   std::vector<char> m_overlapping;  // carriers that run along another one
 
@@ -200,6 +238,15 @@ class Splitter {
            (x0 - m_grid.originX) / m_grid.cellWidth <= col0 + 1 + kSlack &&
            (y1 - m_grid.originY) / m_grid.cellHeight >= row0 - kSlack &&
            (y0 - m_grid.originY) / m_grid.cellHeight <= row0 + 1 + kSlack;
+  }
+
+  // Splits carrier `onto` (number `ontoIndex`) at the ends of `ends` that
+  // lie inside it, in this cell.
+  void AddEndsInside(uint32_t cell, const Carrier& ends, const Carrier& onto, uint32_t ontoIndex) {
+    if (Owns(cell, ends.fromX, ends.fromY) && LiesInside(onto, ends.fromX, ends.fromY))
+      Add(onto, ontoIndex, ends.from);
+    if (Owns(cell, ends.toX, ends.toY) && LiesInside(onto, ends.toX, ends.toY))
+      Add(onto, ontoIndex, ends.to);
   }
 
   bool Owns(uint32_t cell, double x, double y) const {
@@ -217,8 +264,8 @@ class Splitter {
 
 // Exact order of two distinct points of one carrier whose keys tie.
 bool ExactlyBefore(const Carrier& c, const M2dGraphPoint* p, const M2dGraphPoint* q) {
-  const int64_t dx = static_cast<int64_t>(c.to->x) - c.from->x;
-  const int64_t dy = static_cast<int64_t>(c.to->y) - c.from->y;
+  const int64_t dx = static_cast<int64_t>(c.toX) - c.fromX;
+  const int64_t dy = static_cast<int64_t>(c.toY) - c.fromY;
   if ((dx < 0 ? -dx : dx) >= (dy < 0 ? -dy : dy)) {
     const int cmp = ComparePointX(p, q);
     return dx > 0 ? cmp < 0 : cmp > 0;
@@ -259,15 +306,15 @@ void SortAlongCarriers(const std::vector<Carrier>& carriers, std::vector<SplitPo
   splits.swap(grouped);
 }
 
-Edge MakeEdge(const Carrier& c, M2dGraphPoint* p, M2dGraphPoint* q) {
+Edge MakeEdge(const Carrier& c, const SplitPoint& p, const SplitPoint& q) {
   Edge e{};
-  const bool forward = p->index < q->index;
-  e.lo = forward ? p : q;
-  e.hi = forward ? q : p;
-  e.anchorX = c.from->x;
-  e.anchorY = c.from->y;
-  const int64_t dx = static_cast<int64_t>(c.to->x) - c.from->x;
-  const int64_t dy = static_cast<int64_t>(c.to->y) - c.from->y;
+  const bool forward = p.index < q.index;
+  e.lo = forward ? p.point : q.point;
+  e.hi = forward ? q.point : p.point;
+  e.anchorX = c.fromX;
+  e.anchorY = c.fromY;
+  const int64_t dx = static_cast<int64_t>(c.toX) - c.fromX;
+  const int64_t dy = static_cast<int64_t>(c.toY) - c.fromY;
   e.directionX = forward ? dx : -dx;
   e.directionY = forward ? dy : -dy;
   e.multiplicity = forward ? 1 : -1;
@@ -303,7 +350,11 @@ Carrier MakeCarrier(M2dGraphPoint* from, M2dGraphPoint* to) {
           std::min(from->x, to->x),
           std::min(from->y, to->y),
           std::max(from->x, to->x),
-          std::max(from->y, to->y)};
+          std::max(from->y, to->y),
+          from->x,
+          from->y,
+          to->x,
+          to->y};
 }
 
 std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& carriers) {
@@ -313,11 +364,13 @@ std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& ca
   Splitter splitter(graph, carriers, grid);
   splitter.splits.reserve(carriers.size() * 3);
   for (uint32_t i = 0; i < carriers.size(); ++i) {
-    splitter.Add(i, carriers[i].from);
-    splitter.Add(i, carriers[i].to);
+    splitter.Add(carriers[i], i, carriers[i].from);
+    splitter.Add(carriers[i], i, carriers[i].to);
   }
   ForEachCandidatePair(
-      grid, carriers, [&splitter](uint32_t i, uint32_t j, uint32_t cell) { splitter.SplitPair(i, j, cell); });
+      grid, carriers, [&splitter](const Carrier& a, uint32_t i, const Carrier& b, uint32_t j, uint32_t cell) {
+        splitter.SplitPair(a, i, b, j, cell);
+      });
   std::vector<SplitPoint>& splits = splitter.splits;
   SortAlongCarriers(carriers, splits);
   std::vector<Edge> edges, overlapping;
@@ -325,7 +378,7 @@ std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& ca
   for (size_t k = 0; k + 1 < splits.size(); ++k) {
     if (splits[k].carrier != splits[k + 1].carrier)
       continue;
-    const Edge e = MakeEdge(carriers[splits[k].carrier], splits[k].point, splits[k + 1].point);
+    const Edge e = MakeEdge(carriers[splits[k].carrier], splits[k], splits[k + 1]);
     (splitter.Overlaps(splits[k].carrier) ? overlapping : edges).push_back(e);
   }
   const size_t firstOverlapping = edges.size();

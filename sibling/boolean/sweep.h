@@ -14,10 +14,14 @@ namespace kelvor_boolean {
 struct Carrier {
   M2dGraphPoint* from;  // grid point a
   M2dGraphPoint* to;    // grid point b, not the same object as from
-  int32_t minX;         // bounding box of a-b, kept here so that pair tests read no point
+  int32_t minX;         // bounding box of a-b
   int32_t minY;
   int32_t maxX;
   int32_t maxY;
+  int32_t fromX;  // coordinates of from and to, so that pair tests read no point
+  int32_t fromY;
+  int32_t toX;
+  int32_t toY;
 };
 
 // The carrier from -> to with its box.

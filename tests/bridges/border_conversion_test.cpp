@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "support/border_builders.h"
@@ -19,57 +21,38 @@ using testing_support::XY;
 
 using Border = M3dBorder<long, void*, M3dBorderContour<long, void*, M3dBorderPoint<long, void*>>>;
 
-// A closed contour with the given attributes.
-CONTOUR* NewAttributed(const std::vector<MMPoint2d<long>>& points, unsigned char outer,
-                       unsigned char closed) {
-  CONTOUR* c = NewContour(points, closed);
-  c->Outer = outer;
-  return c;
-}
-
-TEST(LayerToBorder, ClosedContoursGetTheSenseTheirOuterPropertyCallsFor) {
+TEST(LayerToBorder, ClosedContoursGetTheSenseTheirOuterPropertyCallsForAndOpenOnesKeepTheirs) {
+  using Points = std::vector<MMPoint2d<long>>;
   struct Case {
-    bool clockwise;
-    unsigned char outer;
-    bool positive;
+    Points points;
+    unsigned char closed, outer;
+    bool inverted;
   };
-  const Case cases[] = {
-      {true, 1, true}, {false, 1, true}, {true, 0, false}, {false, 0, false}, {false, 7, true}};
+  const Points cw = Rectangle(0, 0, 20, 10, true), ccw = Rectangle(0, 0, 20, 10, false);
+  const Points line = {{0, 0}, {5, 0}, {9, 0}};  // zero area: inverted only when outer
+  const Case cases[] = {{cw, 1, 1, false}, {ccw, 1, 1, true},  {cw, 1, 0, true},    {ccw, 1, 0, false},
+                        {ccw, 1, 7, true}, {line, 1, 1, true}, {line, 1, 0, false}, {ccw, 0, 1, false}};
   for (const Case& k : cases) {
+    SCOPED_TRACE("case " + std::to_string(&k - cases));
     CONTOUR_LAYER layer;
-    layer.AddContourAtEnd(NewAttributed(Rectangle(0, 0, 20, 10, k.clockwise), k.outer, 1));
+    layer.AddContourAtEnd(NewContour(k.points, k.closed));
+    layer.FirstContour->Outer = k.outer;
     Border border;
     M3dBorder2LayerConvertor::_Convert(layer, border);
-    const auto* contour = border.GetFirstContour();
-    EXPECT_DOUBLE_EQ(contour->SurfaceAreaWithSignXY(), k.positive ? 200.0 : -200.0)
-        << "clockwise " << k.clockwise << " Outer " << int(k.outer);
-    EXPECT_EQ(contour->GetIsOuterContour(), k.outer != 0);
+    std::vector<XY> expected;
+    for (const auto& p : k.points)
+      expected.emplace_back(p.x, p.y);
+    if (k.inverted)
+      std::reverse(expected.begin(), expected.end());
+    EXPECT_EQ(RingOf(*border.GetFirstContour()), expected);
+    EXPECT_EQ(border.GetFirstContour()->GetIsOuterContour(), k.outer != 0);
+    EXPECT_EQ(border.GetFirstContour()->GetIsClosed(), k.closed != 0);
     EXPECT_TRUE(BorderIsWhole(border));
     layer.LEEG_LAAG();
   }
 }
 
-TEST(LayerToBorder, ZeroAreaIsInvertedOnlyForOuterAndOpenContoursKeepTheirSense) {
-  const std::vector<MMPoint2d<long>> line = {{0, 0}, {5, 0}, {9, 0}};
-  const std::vector<XY> asGiven = {{0, 0}, {5, 0}, {9, 0}};
-  const std::vector<XY> inverted = {{9, 0}, {5, 0}, {0, 0}};
-  CONTOUR_LAYER layer;
-  layer.AddContourAtEnd(NewAttributed(line, 1, 1));
-  layer.AddContourAtEnd(NewAttributed(line, 0, 1));
-  layer.AddContourAtEnd(NewAttributed(Rectangle(0, 0, 4, 4, false), 1, 0));  // open, counter-clockwise
-  Border border;
-  M3dBorder2LayerConvertor::_Convert(layer, border);
-  const auto* c = border.GetFirstContour();
-  EXPECT_EQ(RingOf(*c), inverted);
-  c = c->GetNextContour();
-  EXPECT_EQ(RingOf(*c), asGiven);
-  c = c->GetNextContour();
-  EXPECT_FALSE(c->GetIsClosed());
-  EXPECT_LT(c->SurfaceAreaWithSignXY(), 0.0);
-  layer.LEEG_LAAG();
-}
-
-TEST(BorderRoundTrip, AttributesComeBackNormalised) {
+TEST(BorderRoundTrip, AttributesComeBackNormalisedEmptyContoursStayAndRingsStartWhereTheyDid) {
   struct Case {
     unsigned char outer, rightHanded, closed;
     char type;
@@ -83,9 +66,12 @@ TEST(BorderRoundTrip, AttributesComeBackNormalised) {
       {7, 7, 7, 0, -1, 1, 1, 255},
       {2, 9, 5, 100, 256, 1, 1, 0},
   };
+  const std::vector<MMPoint2d<long>> square = Rectangle(0, 0, 3, 3, true);
   for (const Case& k : cases) {
+    SCOPED_TRACE("case " + std::to_string(&k - cases));
     CONTOUR_LAYER layer;
-    CONTOUR* c = NewContour(Rectangle(0, 0, 3, 3, true), k.closed);
+    layer.AddContourAtEnd(new CONTOUR);
+    CONTOUR* c = NewContour(square, k.closed);
     c->Outer = k.outer;
     c->RightHanded = k.rightHanded;
     c->Type = k.type;
@@ -93,18 +79,19 @@ TEST(BorderRoundTrip, AttributesComeBackNormalised) {
     layer.AddContourAtEnd(c);
     Border border;
     M3dBorder2LayerConvertor::_Convert(layer, border);
-    EXPECT_EQ(border.GetFirstContour()->GetStatus(), static_cast<unsigned char>(k.type));
+    EXPECT_EQ(border.GetFirstContour()->GetNumPoints(), 0u);
+    EXPECT_TRUE(BorderIsWhole(border));
+    EXPECT_EQ(border.GetLastContour()->GetStatus(), static_cast<unsigned char>(k.type));
     M3dBorder2LayerConvertor::_Convert(border, layer);
-    ASSERT_EQ(layer.NumContours, 1);
-    const CONTOUR* back = layer.FirstContour;
-    const char* what = "Outer/RightHanded/Closed/Type/Order in the case of index ";
-    const auto index = &k - cases;
-    EXPECT_EQ(back->Outer, k.outerBack) << what << index;
-    EXPECT_EQ(back->RightHanded, back->Outer) << what << index;
-    EXPECT_EQ(back->Closed, k.closedBack) << what << index;
-    EXPECT_EQ(back->Type, k.type) << what << index;
-    EXPECT_EQ(back->Order, k.orderBack) << what << index;
-    EXPECT_EQ(back->NumPoints, 4);
+    ASSERT_EQ(layer.NumContours, 2);
+    EXPECT_EQ(layer.FirstContour->NumPoints, 0);
+    const CONTOUR* back = layer.LastContour;
+    EXPECT_EQ(testing_support::PointsOf(*back), square);
+    EXPECT_EQ(back->Outer, k.outerBack) << "Outer";
+    EXPECT_EQ(back->RightHanded, back->Outer) << "RightHanded";
+    EXPECT_EQ(back->Closed, k.closedBack) << "Closed";
+    EXPECT_EQ(back->Type, k.type) << "Type";
+    EXPECT_EQ(back->Order, k.orderBack) << "Order";
     layer.LEEG_LAAG();
   }
 }
@@ -121,17 +108,12 @@ TEST(BorderToLayer, ReplacesTheLayerAndLinksFreshContours) {
   M3dBorder2LayerConvertor::_Convert(border, layer);
   ASSERT_EQ(layer.NumContours, 3);
   const CONTOUR* c = layer.FirstContour;
-  EXPECT_EQ(c->NumPoints, 3);
-  EXPECT_EQ(c->Points[1].x, 0);
-  EXPECT_EQ(c->Points[1].y, 5);
+  EXPECT_EQ(testing_support::PointsOf(*c), (std::vector<MMPoint2d<long>>{{0, 0}, {0, 5}, {5, 5}}));
   EXPECT_EQ(c->Owner, nullptr);
-  c = c->NextContour;
-  EXPECT_EQ(c->NumPoints, 0);
-  EXPECT_EQ(c->Points, nullptr);
-  c = c->NextContour;
-  EXPECT_EQ(c, layer.LastContour);
-  EXPECT_EQ(c->NextContour, nullptr);
-  EXPECT_EQ(c->Points[0].x, 7);
+  EXPECT_EQ(c->NextContour->Points, nullptr);
+  EXPECT_EQ(c->NextContour->NextContour, layer.LastContour);
+  EXPECT_EQ(layer.LastContour->NextContour, nullptr);
+  EXPECT_EQ(layer.LastContour->Points[0].x, 7);
   EXPECT_EQ(layer.MaxX, kEmptyExtentMax);
   EXPECT_EQ(layer.MinX, kEmptyExtentMin);
 
@@ -139,22 +121,6 @@ TEST(BorderToLayer, ReplacesTheLayerAndLinksFreshContours) {
   EXPECT_EQ(layer.NumContours, 0);
   EXPECT_EQ(layer.FirstContour, nullptr);
   EXPECT_EQ(layer.LastContour, nullptr);
-}
-
-TEST(BorderRoundTrip, EmptyContourStaysEmptyAndRingsStartWhereTheyDid) {
-  CONTOUR_LAYER layer;
-  layer.AddContourAtEnd(new CONTOUR);
-  layer.AddContourAtEnd(NewAttributed(Rectangle(2, 2, 8, 8, true), 1, 1));
-  Border border;
-  M3dBorder2LayerConvertor::_Convert(layer, border);
-  EXPECT_EQ(border.GetFirstContour()->GetNumPoints(), 0u);
-  EXPECT_TRUE(BorderIsWhole(border));
-  M3dBorder2LayerConvertor::_Convert(border, layer);
-  ASSERT_EQ(layer.NumContours, 2);
-  EXPECT_EQ(layer.FirstContour->NumPoints, 0);
-  const std::vector<MMPoint2d<long>> square = Rectangle(2, 2, 8, 8, true);
-  EXPECT_EQ(testing_support::PointsOf(*layer.LastContour), square);
-  layer.LEEG_LAAG();
 }
 
 }  // namespace

@@ -12,15 +12,16 @@ namespace {
 
 using testing_support::AddRing;
 using testing_support::NewContour;
-using testing_support::PointsOf;
 using testing_support::RingOf;
 using testing_support::RingsOf;
 using testing_support::XY;
 
 using Ring = std::vector<XY>;
+using Rings = std::vector<Ring>;
+using Coordinates = std::vector<int32_t>;
 
 const Ring kClockwise = {{0, 0}, {0, 10}, {10, 10}, {10, 0}};
-const Ring kClockwiseInverted = {{10, 0}, {10, 10}, {0, 10}, {0, 0}};
+const Ring kTriangleA = {{1, 1}, {1, 2}, {2, 2}}, kTriangleB = {{3, 3}, {3, 4}, {4, 4}};
 
 unsigned short TypeCode(const M2DSliceVectorTypeInfoHolder& holder) {
   return M2DSliceVectorTypes::ConvertToSliType(holder);
@@ -30,17 +31,13 @@ void SetTypeCode(M2DSliceVectorTypeInfoHolder& holder, unsigned short code) {
   holder.SetTypeInfo(M2DSliceVectorTypes::ConvertFromSliType(code));
 }
 
-Ring RingOfContour(const CONTOUR& contour) {
-  Ring ring;
-  for (const MMPoint2d<long>& p : PointsOf(contour))
-    ring.emplace_back(p.x, p.y);
-  return ring;
-}
-
-std::vector<Ring> RingsOfLayer(const CONTOUR_LAYER& layer) {
-  std::vector<Ring> rings;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour)
-    rings.push_back(RingOfContour(*c));
+Rings RingsOfLayer(const CONTOUR_LAYER& layer) {
+  Rings rings;
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
+    rings.emplace_back();
+    for (const MMPoint2d<long>& p : testing_support::PointsOf(*c))
+      rings.back().emplace_back(p.x, p.y);
+  }
   return rings;
 }
 
@@ -52,39 +49,28 @@ CONTOUR* NewSquare(unsigned char closed, unsigned char outer, unsigned char righ
   return c;
 }
 
-std::vector<int32_t> CoordinatesOf(const VECTOR_BLOK& blok) {
-  return std::vector<int32_t>(blok.Block, blok.Block + blok.Size);
+Coordinates CoordinatesOf(const VECTOR_BLOK& blok) {
+  return Coordinates(blok.Block, blok.Block + blok.Size);
 }
 
-VECTOR_BLOK* NewBlok(uint16_t type, std::vector<int32_t> coordinates) {
+VECTOR_BLOK* NewBlok(uint16_t type, Coordinates coordinates) {
   auto* blok = new VECTOR_BLOK;
   blok->Type = type;
   blok->SetCoordinates(coordinates.data(), static_cast<int32_t>(coordinates.size()));
   return blok;
 }
 
-void ExpectEmptyExtents(const CONTOUR_LAYER& layer) {
-  EXPECT_EQ(layer.MaxX, kEmptyExtentMax);
-  EXPECT_EQ(layer.MaxY, kEmptyExtentMax);
-  EXPECT_EQ(layer.MinX, kEmptyExtentMin);
-  EXPECT_EQ(layer.MinY, kEmptyExtentMin);
-}
-
-// A slice with two area contours, one border contour (and an empty one), one
-// vector block and an empty block.
+// Two area triangles, a border of an empty contour and kClockwise, one vector
+// block of type 7 and an empty block; z 250.
 M2DSlice MakeSlice() {
   M2DSlice slice;
   {
     auto areas = slice.GetAreasUpdate();
-    AddRing(*areas, {{1, 1}, {1, 2}, {2, 2}});
-    AddRing(*areas, {{3, 3}, {3, 4}, {4, 4}});
-  }
-  {
+    AddRing(*areas, kTriangleA);
+    AddRing(*areas, kTriangleB);
     auto border = slice.GetSliceBorderUpdate();
     AddRing(*border, {});
     AddRing(*border, kClockwise);
-  }
-  {
     auto vectors = slice.GetVectorsUpdate();
     M2DSliceVectorBlock* block = vectors->AddVectorBlockAtEnd();
     block->Vectors.push_back({1, 2, 3, 4});
@@ -95,34 +81,38 @@ M2DSlice MakeSlice() {
   return slice;
 }
 
-TEST(SliceContoursToLayer, CopiesRingsFlagsAndLowTypeByteSkippingEmptyContours) {
+TEST(SliceContoursToLayer, CopiesRingsFlagsAndLowTypeByteSkippingEmptyContoursAndComesBackAsItWas) {
   M2DSliceContourLayer source;
   M2DSliceContour* open = AddRing(source, {{5, 5}, {6, 5}, {6, 9}});
   open->SetIsClosed(false);
-  open->SetIsOuterContour(false);
   SetTypeCode(open->GetTypeInfoHolder(), 0x1234);
   AddRing(source, {});
-  M2DSliceContour* square = AddRing(source, kClockwise);
-  square->SetFirstPointAt(square->GetFirstPoint()->next->next);
+  M2DSliceContour* hole = AddRing(source, kClockwise);  // a hole running clockwise
+  hole->SetIsOuterContour(false);
+  hole->SetFirstPointAt(hole->GetFirstPoint()->next->next);
   CONTOUR_LAYER layer;
   layer.AddContourAtEnd(NewContour({{-50, -50}}));
   layer.BEPAAL_EXTREMA();
 
   M2DSliceConversions::Convert(source, layer);
-  ASSERT_EQ(layer.NumContours, 2);
-  EXPECT_EQ(RingsOfLayer(layer),
-            (std::vector<Ring>{{{5, 5}, {6, 5}, {6, 9}}, {{10, 10}, {10, 0}, {0, 0}, {0, 10}}}));
+  const Rings expected = {{{5, 5}, {6, 5}, {6, 9}}, {{10, 10}, {10, 0}, {0, 0}, {0, 10}}};
+  ASSERT_EQ(RingsOfLayer(layer), expected);
   const CONTOUR* first = layer.FirstContour;
   EXPECT_EQ(first->Closed, 0);
-  EXPECT_EQ(first->Outer, 0);
+  EXPECT_EQ(first->Outer, 1);
   EXPECT_EQ(first->RightHanded, kNotDetermined);
   EXPECT_EQ(first->Type, 0x34);
-  EXPECT_EQ(first->Order, 0);
-  EXPECT_EQ(layer.LastContour->Closed, 1);
-  EXPECT_EQ(layer.LastContour->Outer, 1);
   EXPECT_EQ(first->Owner, &layer);
-  EXPECT_EQ(layer.LastContour->Owner, &layer);
-  ExpectEmptyExtents(layer);
+  EXPECT_EQ(layer.LastContour->Closed, 1);
+  EXPECT_EQ(layer.LastContour->Outer, 0);
+  EXPECT_EQ(layer.MaxX, kEmptyExtentMax);
+  EXPECT_EQ(layer.MinY, kEmptyExtentMin);
+  // Undetermined handedness: never inverted on the way back.
+  M2DSliceContourLayer back;
+  M2DSliceConversions::Convert(layer, back);
+  EXPECT_EQ(RingsOf(back), expected);
+  EXPECT_FALSE(back.GetLastContour()->GetIsOuterContour());
+  EXPECT_EQ(TypeCode(back.GetFirstContour()->GetTypeInfoHolder()), 0x34);
   layer.LEEG_LAAG();
 }
 
@@ -133,12 +123,10 @@ TEST(LayerContoursToSlice, EmptyContourStaysAndTypeIsSignExtended) {
   empty->Closed = 0;
   empty->Type = 100;
   layer.AddContourAtEnd(empty);
-  CONTOUR* high = NewSquare(1, 1, 1);
-  high->Type = static_cast<char>(200);
-  layer.AddContourAtEnd(high);
-  CONTOUR* low = NewSquare(0, 0, 0);
-  low->Type = 100;
-  layer.AddContourAtEnd(low);
+  layer.AddContourAtEnd(NewSquare(1, 1, 1));
+  layer.LastContour->Type = static_cast<char>(200);
+  layer.AddContourAtEnd(NewSquare(0, 0, 0));
+  layer.LastContour->Type = 100;
   M2DSliceContourLayer slice;
   AddRing(slice, {{9, 9}});
 
@@ -159,45 +147,28 @@ TEST(LayerContoursToSlice, EmptyContourStaysAndTypeIsSignExtended) {
   layer.LEEG_LAAG();
 }
 
-struct InversionCase {
-  unsigned char closed;
-  unsigned char outer;
-  unsigned char rightHanded;
-  bool inverted;
-};
-
 TEST(LayerContoursToSlice, InvertsClosedContoursWhoseAttributesDisagree) {
-  const InversionCase cases[] = {
+  struct Case {
+    unsigned char closed, outer, rightHanded;
+    bool inverted;
+  };
+  const Case cases[] = {
       {1, 1, 0, true},  {1, 1, 7, false}, {1, 0, 1, true},  {1, 0, 0, false},
       {1, 1, 1, false}, {1, 0, 5, true},  {1, 7, 0, false}, {1, 7, 1, false},
       {0, 1, 0, false}, {0, 0, 1, false}, {7, 1, 0, true},  {2, 0, 1, true},
   };
-  for (const InversionCase& k : cases) {
+  const Ring inverted = {{10, 0}, {10, 10}, {0, 10}, {0, 0}};
+  for (const Case& k : cases) {
     CONTOUR_LAYER layer;
     layer.AddContourAtEnd(NewSquare(k.closed, k.outer, k.rightHanded));
     M2DSliceContourLayer slice;
     M2DSliceConversions::Convert(layer, slice);
-    EXPECT_EQ(RingOf(*slice.GetFirstContour()), k.inverted ? kClockwiseInverted : kClockwise)
+    EXPECT_EQ(RingOf(*slice.GetFirstContour()), k.inverted ? inverted : kClockwise)
         << "Closed " << int(k.closed) << " Outer " << int(k.outer) << " RightHanded " << int(k.rightHanded);
     EXPECT_EQ(slice.GetFirstContour()->GetIsClosed(), k.closed != 0);
     EXPECT_EQ(slice.GetFirstContour()->GetIsOuterContour(), k.outer != 0);
     layer.LEEG_LAAG();
   }
-}
-
-TEST(SliceContoursRoundTrip, ContourReadFromSliceIsNeverInvertedOnTheWayBack) {
-  M2DSliceContourLayer source;
-  M2DSliceContour* hole = AddRing(source, kClockwise);  // a hole running clockwise
-  hole->SetIsOuterContour(false);
-  SetTypeCode(hole->GetTypeInfoHolder(), 103);
-  CONTOUR_LAYER layer;
-  M2DSliceConversions::Convert(source, layer);
-  M2DSliceContourLayer back;
-  M2DSliceConversions::Convert(layer, back);
-  EXPECT_EQ(RingsOf(back), RingsOf(source));
-  EXPECT_FALSE(back.GetFirstContour()->GetIsOuterContour());
-  EXPECT_EQ(TypeCode(back.GetFirstContour()->GetTypeInfoHolder()), 103);
-  layer.LEEG_LAAG();
 }
 
 TEST(SliceVectorsToLayer, ExchangesMiddleCoordinatesAndSkipsEmptyBlocks) {
@@ -214,11 +185,10 @@ TEST(SliceVectorsToLayer, ExchangesMiddleCoordinatesAndSkipsEmptyBlocks) {
   M2DSliceConversions::Convert(source, layer);
   ASSERT_EQ(layer.NumBlocks, 2);
   const VECTOR_BLOK* first = layer.FirstBlock;
-  EXPECT_EQ(CoordinatesOf(*first), (std::vector<int32_t>{1, 3, 2, 4, -5, -7, 6, 8}));
+  EXPECT_EQ(CoordinatesOf(*first), (Coordinates{1, 3, 2, 4, -5, -7, 6, 8}));
   EXPECT_EQ(first->Type, 40000);
-  EXPECT_EQ(CoordinatesOf(*first->NextBlock), (std::vector<int32_t>{9, 11, 10, 12}));
+  EXPECT_EQ(CoordinatesOf(*first->NextBlock), (Coordinates{9, 11, 10, 12}));
   EXPECT_EQ(first->NextBlock->Type, 0);
-  EXPECT_EQ(first->NextBlock->NextBlock, nullptr);
   EXPECT_EQ(layer.MaxX, kEmptyExtentMax);
   EXPECT_EQ(layer.MinY, kEmptyExtentMin);
   layer.LEEG_LAAG();
@@ -237,15 +207,15 @@ TEST(LayerVectorsToSlice, WholeGroupsOfFourOnlyAndUnsignedType) {
   const M2DSliceVectorBlock* first = slice.GetFirstBlock();
   ASSERT_EQ(first->Vectors.size(), 1u);
   const M2DSliceVector& v = first->Vectors[0];
-  EXPECT_EQ((std::vector<int32_t>{v.StartX, v.EndX, v.StartY, v.EndY}), (std::vector<int32_t>{1, 3, 2, 4}));
+  EXPECT_EQ((Coordinates{v.StartX, v.EndX, v.StartY, v.EndY}), (Coordinates{1, 3, 2, 4}));
   EXPECT_EQ(TypeCode(first->GetTypeInfoHolder()), 0xFFC8);
   EXPECT_TRUE(first->GetNextBlock()->Vectors.empty());
   EXPECT_EQ(TypeCode(first->GetNextBlock()->GetTypeInfoHolder()), 11);
   layer.LEEG_LAAG();
 }
 
-TEST(SliceToLayer, AreasComeBeforeBorderAndZFollowsTheQuery) {
-  const M2DSlice slice = MakeSlice();
+TEST(SliceToLayerAndBack, AreasComeBeforeBorderZFollowsTheQueryAndAllGoesBackToTheBorder) {
+  M2DSlice slice = MakeSlice();
   LAYER layer;
   layer.Z = 17;
   layer.MaxX = 1000;  // joint extents are never touched
@@ -254,49 +224,33 @@ TEST(SliceToLayer, AreasComeBeforeBorderAndZFollowsTheQuery) {
   M2DSliceConversions::Convert(slice, layer);
   EXPECT_EQ(layer.Z, 0);
   EXPECT_EQ(layer.MaxX, 1000);
-  EXPECT_EQ(RingsOfLayer(layer.Contours),
-            (std::vector<Ring>{{{1, 1}, {1, 2}, {2, 2}}, {{3, 3}, {3, 4}, {4, 4}}, kClockwise}));
-  for (const CONTOUR* c = layer.Contours.FirstContour; c != nullptr; c = c->NextContour) {
-    EXPECT_EQ(c->Owner, &layer.Contours);
-  }
-  EXPECT_EQ(layer.Contours.LastContour->NextContour, nullptr);
-  EXPECT_EQ(RingOfContour(*layer.Contours.LastContour), kClockwise);
+  EXPECT_EQ(RingsOfLayer(layer.Contours), (Rings{kTriangleA, kTriangleB, kClockwise}));
+  EXPECT_EQ(layer.Contours.LastContour->Owner, &layer.Contours);
   ASSERT_EQ(layer.Vectors.NumBlocks, 1);
-  EXPECT_EQ(CoordinatesOf(*layer.Vectors.FirstBlock), (std::vector<int32_t>{1, 3, 2, 4}));
+  EXPECT_EQ(CoordinatesOf(*layer.Vectors.FirstBlock), (Coordinates{1, 3, 2, 4}));
   EXPECT_EQ(layer.Vectors.FirstBlock->Type, 7);
 
   M2DSliceConversions::QuerySlice(slice, layer);
   EXPECT_EQ(layer.Z, 250);
   EXPECT_EQ(layer.Contours.NumContours, 3);
-  layer.LEEG_LAAG();
-}
-
-TEST(SliceToLayer, QueryIntoOneMemberReadsOneComponent) {
-  const M2DSlice slice = MakeSlice();
+  // Into one member: that component only.
   CONTOUR_LAYER contours;
   M2DSliceConversions::QuerySlice(slice, contours);
-  EXPECT_EQ(RingsOfLayer(contours), (std::vector<Ring>{kClockwise}));
+  EXPECT_EQ(RingsOfLayer(contours), (Rings{kClockwise}));
   VECTOR_LAYER vectors;
   M2DSliceConversions::QuerySlice(slice, vectors);
   ASSERT_EQ(vectors.NumBlocks, 1);
-  EXPECT_EQ(CoordinatesOf(*vectors.FirstBlock), (std::vector<int32_t>{1, 3, 2, 4}));
+  EXPECT_EQ(CoordinatesOf(*vectors.FirstBlock), (Coordinates{1, 3, 2, 4}));
   contours.LEEG_LAAG();
   vectors.LEEG_LAAG();
-}
-
-TEST(LayerToSlice, ClearsTheSliceAndWritesEverythingToTheBorder) {
-  M2DSlice slice = MakeSlice();
-  LAYER layer;
-  M2DSliceConversions::QuerySlice(slice, layer);
+  // Back: the slice is cleared and every contour goes to its border; z is not written.
   layer.Z = 999;
   const uint32_t revision = slice.GetRevision();
-
   M2DSliceConversions::Convert(layer, slice);
   EXPECT_EQ(slice.GetAreas()->GetNumContours(), 0u);
-  EXPECT_EQ(RingsOf(*slice.GetSliceBorder()),
-            (std::vector<Ring>{{{1, 1}, {1, 2}, {2, 2}}, {{3, 3}, {3, 4}, {4, 4}}, kClockwise}));
+  EXPECT_EQ(RingsOf(*slice.GetSliceBorder()), (Rings{kTriangleA, kTriangleB, kClockwise}));
   EXPECT_EQ(slice.GetVectors()->GetNumBlocks(), 1u);
-  EXPECT_EQ(slice.Z, 250) << "Convert does not use Z";
+  EXPECT_EQ(slice.Z, 250);
   EXPECT_EQ(slice.GetRevision(), revision + 2);
   EXPECT_EQ(slice.GetOpenUpdates(), 0u);
   layer.LEEG_LAAG();
@@ -306,19 +260,17 @@ TEST(SetSliceOfLayer, ZRuleAndEmptyingAfterwards) {
   LAYER layer;
   layer.Z = 40;
   layer.Contours.AddContourAtEnd(NewSquare(1, 1, 1));
-
   M2DSlice freeZ;
   M2DSliceConversions::SetSlice(freeZ, layer, false);
   EXPECT_EQ(freeZ.Z, 40);
   EXPECT_EQ(layer.Z, 40);
-  ASSERT_EQ(layer.Contours.NumContours, 1);
-  EXPECT_EQ(RingOfContour(*layer.Contours.FirstContour), kClockwise);
+  EXPECT_EQ(RingsOfLayer(layer.Contours), (Rings{kClockwise}));
 
   M2DSlice fixedZ;
   fixedZ.SetZArea(M2DSliceZArea(100, 120));
   M2DSliceConversions::SetSlice(fixedZ, layer, true);
   EXPECT_EQ(fixedZ.Z, 120) << "a valid z area keeps the slice's z";
-  EXPECT_EQ(RingsOf(*fixedZ.GetSliceBorder()), (std::vector<Ring>{kClockwise}));
+  EXPECT_EQ(RingsOf(*fixedZ.GetSliceBorder()), (Rings{kClockwise}));
   EXPECT_EQ(layer.Z, 0);
   EXPECT_EQ(layer.Contours.NumContours, 0);
   EXPECT_EQ(layer.Contours.FirstContour, nullptr);
@@ -329,9 +281,7 @@ TEST(SetSliceOfOneMember, ReplacesThatComponentOnly) {
   CONTOUR_LAYER contours;
   contours.AddContourAtEnd(NewContour({{7, 7}, {8, 8}}));
   M2DSliceConversions::SetSlice(slice, contours, false);
-  EXPECT_EQ(RingsOf(*slice.GetSliceBorder()), (std::vector<Ring>{{{7, 7}, {8, 8}}}));
-  EXPECT_EQ(slice.GetAreas()->GetNumContours(), 2u);
-  EXPECT_EQ(slice.GetVectors()->GetNumBlocks(), 2u);
+  EXPECT_EQ(RingsOf(*slice.GetSliceBorder()), (Rings{{{7, 7}, {8, 8}}}));
   EXPECT_EQ(contours.NumContours, 1);
   M2DSliceConversions::SetSlice(slice, contours, true);
   EXPECT_EQ(contours.NumContours, 0);
@@ -340,7 +290,7 @@ TEST(SetSliceOfOneMember, ReplacesThatComponentOnly) {
   vectors.AddBlockAtEnd(NewBlok(3, {1, 1, 2, 2}));
   M2DSliceConversions::SetSlice(slice, vectors, true);
   EXPECT_EQ(vectors.NumBlocks, 0);
-  EXPECT_EQ(slice.GetVectors()->GetNumBlocks(), 1u);
+  ASSERT_EQ(slice.GetVectors()->GetNumBlocks(), 1u);
   EXPECT_EQ(TypeCode(slice.GetVectors()->GetFirstBlock()->GetTypeInfoHolder()), 3);
   EXPECT_EQ(slice.GetSliceBorder()->GetNumContours(), 1u);
   EXPECT_EQ(slice.GetAreas()->GetNumContours(), 2u);

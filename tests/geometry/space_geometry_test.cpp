@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "geometry/space_geometry_helpers.h"
 
 namespace {
@@ -16,11 +18,25 @@ void ExpectPlane(const VLAK_COEF& v, double a, double b, double c, double d) {
   EXPECT_DOUBLE_EQ(v.D, d);
 }
 
-TEST(SpaceGeometry, PlaneThroughThreePoints) {
-  P3 o = {0, 0, 0}, x = {1, 0, 0}, y = {0, 1, 0}, z = {0, 0, 1};
-  VLAK_COEF* v = BEREKEN_VLAK(&o, &x, &y);
-  ExpectPlane(*v, 0, 0, 1, 0);
+// Checks a heap plane and releases it.
+void ExpectPlane(VLAK_COEF* v, double a, double b, double c, double d) {
+  ExpectPlane(*v, a, b, c, d);
   delete v;
+}
+
+void ExpectFloats(const float* v, float x, float y, float z) {
+  EXPECT_FLOAT_EQ(v[0], x);
+  EXPECT_FLOAT_EQ(v[1], y);
+  EXPECT_FLOAT_EQ(v[2], z);
+}
+
+std::array<int32_t, 3> Xyz(const P3& p) {
+  return {p.x, p.y, p.z};
+}
+
+TEST(SpaceGeometry, PlanesThroughPointsAndPerpendicularToLines) {
+  P3 o = {0, 0, 0}, x = {1, 0, 0}, y = {0, 1, 0}, z = {0, 0, 1};
+  ExpectPlane(BEREKEN_VLAK(&o, &x, &y), 0, 0, 1, 0);
   ExpectPlane(BEREKEN_VLAK(x, y, z), 1, 1, 1, 1);
   ExpectPlane(BEREKEN_VLAK(F3{1, 0, 0}, F3{0, 1, 0}, F3{0, 0, 1}), 1, 1, 1, 1);
   ExpectPlane(BEREKEN_VLAK(P3{0, 0, 0}, P3{1, 1, 1}, P3{5, 5, 5}), 0, 0, 0, 0);  // collinear
@@ -28,58 +44,38 @@ TEST(SpaceGeometry, PlaneThroughThreePoints) {
   VLAK_COEF out;
   PLANE(out, p, q, r);
   ExpectPlane(out, 1, 1, 1, 1);
-}
-
-TEST(SpaceGeometry, DirectionAndPerpendicularPlanes) {
-  P3 p = {0, 0, 0}, q = {10, 0, 0};
-  VLAK_COEF* d = RICHTINGSVECTOR(&p, &q);
-  ExpectPlane(*d, 10, 0, 0, 0);
-  delete d;
-  F3 r = {3, 7, 9};
-  VLAK_COEF* through = BEREKEN_LOODVLAK_DOOR_PUNT(&p, &q, &r);
-  ExpectPlane(*through, 10, 0, 0, 30);
-  delete through;
-  F3 fp = {0, 0, 0}, fq = {0, 4, 0};
-  VLAK_COEF* mid = BEREKEN_MIDDELLOODVLAK(&fp, &fq);
-  ExpectPlane(*mid, 0, 4, 0, 8);
-  delete mid;
-  VLAK_COEF* bisector = BEREKEN_MIDDELLOODVLAK(&p, &q);
-  P3 out = {9, 9, 9};
-  bisector->DOORSNEDE_MET_RECHTE(out, &p, &q);
-  EXPECT_EQ(out.x, 5);
-  EXPECT_EQ(out.y, 0);
-  EXPECT_EQ(out.z, 0);
+  P3 ten = {10, 0, 0};
+  F3 f = {3, 7, 9}, f0 = {0, 0, 0}, f4 = {0, 4, 0};
+  ExpectPlane(RICHTINGSVECTOR(&o, &ten), 10, 0, 0, 0);
+  ExpectPlane(BEREKEN_LOODVLAK_DOOR_PUNT(&o, &ten, &f), 10, 0, 0, 30);
+  ExpectPlane(BEREKEN_MIDDELLOODVLAK(&f0, &f4), 0, 4, 0, 8);
+  VLAK_COEF* bisector = BEREKEN_MIDDELLOODVLAK(&o, &ten);
+  P3 cut = {9, 9, 9};
+  bisector->DOORSNEDE_MET_RECHTE(cut, &o, &ten);
+  EXPECT_EQ(Xyz(cut), (std::array<int32_t, 3>{5, 0, 0}));
   delete bisector;
   VLAK_COEF zero;  // chosen: no plane gives q
-  zero.DOORSNEDE_MET_RECHTE(out, &p, &q);
-  EXPECT_EQ(out.x, 10);
+  zero.DOORSNEDE_MET_RECHTE(cut, &o, &ten);
+  EXPECT_EQ(cut.x, 10);
 }
 
-TEST(SpaceGeometry, CentreAndNormalOfATriangle) {
+TEST(SpaceGeometry, TrianglesAndDistanceToPlane) {
   const float p[3] = {0, 0, 0}, q[3] = {3, 0, 0}, r[3] = {0, 3, 0};
   float centre[3], normal[3];
   PLANE(centre, normal, p, q, r);
-  EXPECT_FLOAT_EQ(centre[0], 1.0f);
-  EXPECT_FLOAT_EQ(centre[1], 1.0f);
-  EXPECT_FLOAT_EQ(centre[2], 0.0f);
-  EXPECT_FLOAT_EQ(normal[2], 1.0f);
-  EXPECT_FLOAT_EQ(normal[0], 0.0f);
+  ExpectFloats(centre, 1, 1, 0);
+  ExpectFloats(normal, 0, 0, 1);
   PLANE(centre, normal, q, q, q);
-  EXPECT_EQ(normal[0], 0.0f);
-  EXPECT_EQ(normal[1], 0.0f);
-  EXPECT_EQ(normal[2], 0.0f);
-  const float v[3] = {3, 4, 0}, w[3] = {0, 0, 0}, big[3] = {3e30f, 4e30f, 0};
+  ExpectFloats(normal, 0, 0, 0);
+  const float v[3] = {3, 4, 0}, big[3] = {3e30f, 4e30f, 0};
   EXPECT_DOUBLE_EQ(VECTOR_LENGTH_3D(v), 5.0);
-  EXPECT_DOUBLE_EQ(VECTOR_LENGTH_3D(w), 0.0);
+  EXPECT_DOUBLE_EQ(VECTOR_LENGTH_3D(p), 0.0);
   EXPECT_NEAR(VECTOR_LENGTH_3D(big), 5e30, 1e24);
-}
-
-TEST(SpaceGeometry, DistanceToPlane) {
-  F3 p = {0, 0, 0}, q = {1, 0, 0}, r = {0, 1, 0}, s = {0, 0, 2}, t = {7, 7, -3};
-  EXPECT_FLOAT_EQ(BEREKEN_AFSTAND_TOT_VLAK(&p, &q, &r, &s), -2.0f);
-  EXPECT_FLOAT_EQ(BEREKEN_AFSTAND_TOT_VLAK(&p, &q, &r, &t), 3.0f);
-  F3 c1 = {1, 1, 1}, c2 = {2, 2, 2};
-  EXPECT_EQ(BEREKEN_AFSTAND_TOT_VLAK(&p, &c1, &c2, &s), 0.0f);  // chosen: no plane gives 0
+  F3 a = {0, 0, 0}, b = {1, 0, 0}, c = {0, 1, 0}, s = {0, 0, 2}, t = {7, 7, -3}, c1 = {1, 1, 1},
+     c2 = {2, 2, 2};
+  EXPECT_FLOAT_EQ(BEREKEN_AFSTAND_TOT_VLAK(&a, &b, &c, &s), -2.0f);
+  EXPECT_FLOAT_EQ(BEREKEN_AFSTAND_TOT_VLAK(&a, &b, &c, &t), 3.0f);
+  EXPECT_EQ(BEREKEN_AFSTAND_TOT_VLAK(&a, &c1, &c2, &s), 0.0f);  // chosen: no plane gives 0
 }
 
 TEST(SpaceGeometry, ThreePlanes) {
@@ -88,22 +84,17 @@ TEST(SpaceGeometry, ThreePlanes) {
   y.B = 1, y.D = 2;
   z.C = 1, z.D = 3;
   P3* point = SNIJDING_VLAKKEN(&x, &y, &z);
-  EXPECT_EQ(point->x, 1);
-  EXPECT_EQ(point->y, 2);
-  EXPECT_EQ(point->z, 3);
+  EXPECT_EQ(Xyz(*point), (std::array<int32_t, 3>{1, 2, 3}));
   delete point;
   F3* f = SNIJDING_VLAKKEN_FLOAT(&y, &z, &x);
-  EXPECT_FLOAT_EQ(f->x, 1.0f);
-  EXPECT_FLOAT_EQ(f->y, 2.0f);
-  EXPECT_FLOAT_EQ(f->z, 3.0f);
+  const float fv[3] = {f->x, f->y, f->z};
+  ExpectFloats(fv, 1, 2, 3);
   delete f;
   float out[3];
   const float p1[3] = {1, 0, 0}, n1[3] = {2, 0, 0}, p2[3] = {0, 2, 0}, n2[3] = {0, 1, 0};
   const float p3[3] = {0, 0, 3}, n3[3] = {0, 0, -1};
   INTERSECTION(out, p1, n1, p2, n2, p3, n3);
-  EXPECT_FLOAT_EQ(out[0], 1.0f);
-  EXPECT_FLOAT_EQ(out[1], 2.0f);
-  EXPECT_FLOAT_EQ(out[2], 3.0f);
+  ExpectFloats(out, 1, 2, 3);
   VLAK_COEF x2 = x;
   x2.D = 5;
   INTERSECTION(out, x, x2, z);  // parallel: divisor 1.0, the numerators come out
@@ -113,25 +104,20 @@ TEST(SpaceGeometry, ThreePlanes) {
 TEST(SpaceGeometry, CirclesAndSpheres) {
   P3 p = {0, 0, 0}, q = {2, 0, 0}, r = {0, 2, 0};
   P3* centre = BEREKEN_3D_CIRKELBOOG(&p, &q, &r);
-  EXPECT_EQ(centre->x, 1);
-  EXPECT_EQ(centre->y, 1);
-  EXPECT_EQ(centre->z, 0);
+  EXPECT_EQ(Xyz(*centre), (std::array<int32_t, 3>{1, 1, 0}));
   delete centre;
   const float fp[3] = {0, 0, 0}, fq[3] = {2, 0, 0}, fr[3] = {0, 2, 0};
   float c[3], radius = 0;
   CIRCLE_CURVE(c, radius, fp, fq, fr);
-  EXPECT_FLOAT_EQ(c[0], 1.0f);
-  EXPECT_FLOAT_EQ(c[1], 1.0f);
-  EXPECT_FLOAT_EQ(c[2], 0.0f);
+  ExpectFloats(c, 1, 1, 0);
   EXPECT_FLOAT_EQ(radius, 1.4142135f);
-  const float s1[3] = {1, 0, 0}, s2[3] = {0, 1, 0}, s3[3] = {0, 0, 1}, s4[3] = {-1, 0, 0};
+  const float s1[3] = {1, 0, 0}, s2[3] = {0, 1, 0}, s3[3] = {0, 0, 1}, s4[3] = {-1, 0, 0},
+              flat[3] = {1, 1, 0};
   float sc[3] = {7, 7, 7}, sr = 7;
   EXPECT_TRUE(SPHERE(sc, sr, s1, s2, s3, s4));
-  EXPECT_NEAR(sc[0], 0.0f, 1e-6f);
-  EXPECT_NEAR(sc[1], 0.0f, 1e-6f);
-  EXPECT_NEAR(sc[2], 0.0f, 1e-6f);
+  for (float v : sc)
+    EXPECT_NEAR(v, 0.0f, 1e-6f);
   EXPECT_FLOAT_EQ(sr, 1.0f);
-  const float flat[3] = {1, 1, 0};
   sc[0] = sc[1] = sc[2] = sr = 7;
   EXPECT_FALSE(SPHERE(sc, sr, s1, s2, s4, flat));
   EXPECT_EQ(sc[0], 7.0f);
@@ -143,32 +129,23 @@ TEST(SpaceGeometry, InterpolationOnTheCircleOfNeighbours) {
   MMPoint2d<long> square[4] = {{100, 0}, {0, 100}, {-100, 0}, {0, -100}};
   MMPoint2d<long> out = {7, 7};
   INTERPOLEER_CIRKEL(out, square, 1, 0.5, 4);  // half way to (-100,0) along the arc
-  EXPECT_EQ(out.x, -70);
-  EXPECT_EQ(out.y, 70);
+  EXPECT_EQ(out, (MMPoint2d<long>{-70, 70}));
   INTERPOLEER_CIRKEL(out, square, 0, -0.5, 4);  // towards the previous point (0,-100), with wrap
-  EXPECT_EQ(out.x, 70);
-  EXPECT_EQ(out.y, -70);
-  for (double t : {0.0, 1.0}) {
-    INTERPOLEER_CIRKEL(out, square, 2, t, 4);
-    const MMPoint2d<long> expected = t == 0.0 ? square[2] : square[3];
-    EXPECT_LE(std::abs(out.x - expected.x), 1) << "t " << t;
-    EXPECT_LE(std::abs(out.y - expected.y), 1) << "t " << t;
-  }
+  EXPECT_EQ(out, (MMPoint2d<long>{70, -70}));
+  INTERPOLEER_CIRKEL(out, square, 2, 1.0, 4);
+  EXPECT_LE(std::abs(out.x - square[3].x) + std::abs(out.y - square[3].y), 1);
 }
 
 TEST(SpaceGeometry, InterpolationOnCollinearPointsStaysOnTheLine) {
   MMPoint2d<long> straight[3] = {{0, 0}, {10, 5}, {22, 11}};
   MMPoint2d<long> out = {7, 7};
   INTERPOLEER_CIRKEL(out, straight, 1, 0.5, 3);  // on the line: offsets 6, 3
-  EXPECT_EQ(out.x, 16);
-  EXPECT_EQ(out.y, 8);
-  INTERPOLEER_CIRKEL(out, straight, 1, -0.25, 3);  // towards (0,0): offsets -2.5, -1.25
-  EXPECT_EQ(out.x, 8);
-  EXPECT_EQ(out.y, 4);
+  EXPECT_EQ(out, (MMPoint2d<long>{16, 8}));
+  INTERPOLEER_CIRKEL(out, straight, 1, -0.25, 3);  // towards (0,0): offsets -2.5, -1.25 truncate
+  EXPECT_EQ(out, (MMPoint2d<long>{8, 4}));
   MMPoint2d<long> two[2] = {{0, 0}, {8, 4}};  // neighbours coincide: still the line
   INTERPOLEER_CIRKEL(out, two, 0, 0.5, 2);
-  EXPECT_EQ(out.x, 4);
-  EXPECT_EQ(out.y, 2);
+  EXPECT_EQ(out, (MMPoint2d<long>{4, 2}));
 }
 
 TEST(SpaceGeometry, LinesInSpace) {
@@ -176,9 +153,9 @@ TEST(SpaceGeometry, LinesInSpace) {
   EXPECT_TRUE(DO_INTERSECT_3D(a, b, c, d));
   float out[3] = {9, 9, 9};
   INTERSECTION_3D(out, a, b, c, d);
-  EXPECT_FLOAT_EQ(out[0], 0.0f);
-  EXPECT_FLOAT_EQ(out[1], 0.0f);
-  EXPECT_FLOAT_EQ(out[2], 0.0f);
+  ExpectFloats(out, 0, 0, 0);
+  EXPECT_TRUE(COPLANAR_3D(a, b, c, d));
+  EXPECT_FLOAT_EQ(COS_ANGLE_3D(a, b, c, d), 0.0f);
   const float e[3] = {-1, 1, 0}, f[3] = {1, 1, 0};
   EXPECT_FALSE(DO_INTERSECT_3D(a, b, e, f));  // parallel
   INTERSECTION_3D(out, a, b, e, f);           // chosen: a
@@ -190,22 +167,13 @@ TEST(SpaceGeometry, LinesInSpace) {
   INTERSECTION_3D(out, g, h, k, l);
   EXPECT_FLOAT_EQ(out[1], 4.0f);
   EXPECT_FLOAT_EQ(out[2], 5.0f);
-  EXPECT_TRUE(COPLANAR_3D(a, b, c, d));
-  EXPECT_FLOAT_EQ(COS_ANGLE_3D(a, b, c, d), 0.0f);
-}
-
-TEST(SpaceGeometry, ProjectionOnALine) {
-  const float p[3] = {1, 1, 0}, a[3] = {0, 0, 0}, b[3] = {2, 0, 0};
-  float out[3];
-  PROJECTION_3D(out, p, a, b);
-  EXPECT_NEAR(out[0], 1.0f, 1e-6f);
-  EXPECT_NEAR(out[1], 0.0f, 1e-6f);
-  EXPECT_NEAR(out[2], 0.0f, 1e-6f);
-  PROJECTION_3D(out, a, a, b);
-  EXPECT_EQ(out[0], 0.0f);
-  PROJECTION_3D(out, p, b, b);  // chosen: a line without extent gives a
-  EXPECT_EQ(out[0], 2.0f);
-  EXPECT_EQ(out[1], 0.0f);
+  // Projection on a line; chosen: a line without extent gives a.
+  const float p[3] = {1, 1, 0}, two[3] = {2, 0, 0};
+  PROJECTION_3D(out, p, o, two);
+  for (int i = 0; i < 3; ++i)
+    EXPECT_NEAR(out[i], i == 0 ? 1.0f : 0.0f, 1e-6f);
+  PROJECTION_3D(out, p, two, two);
+  ExpectFloats(out, 2, 0, 0);
 }
 
 }  // namespace

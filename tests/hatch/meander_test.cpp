@@ -1,7 +1,9 @@
+// The meanders: the consuming walk with and without cross checks, and the
+// no-switch walk and sweep.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "layer/vector_layer.h"
@@ -13,163 +15,238 @@ using namespace testing_support;
 
 namespace {
 
-const std::vector<ColumnSpec> kNeighbours = {{0, {0, 10}}, {5, {0, 10}}};
+const char* const kNeighbours = "0: 0 10; 5: 0 10";
+const char* const kJoined = "0 0 0 10 0 10 5 10 5 10 5 0";
+const char* const kNotJoined = "0 0 0 10 5 10 5 0";
+const char* const kThreeColumns = "0: 0 10; 10: 0 10; 20: 0 10";
+const char* const kThreeJoined = "20 0 20 10 20 10 10 10 10 10 10 0 10 0 0 0 0 0 0 10";
 
 struct MeanderCase {
-  std::vector<ColumnSpec> table;
-  std::vector<ColumnSpec> check;  // empty: BEWAAR_X_TABEL_MEANDER
+  const char* table;
+  bool crossChecked;  // false: BEWAAR_X_TABEL_MEANDER
+  const char* check;  // the second table; no columns is allowed
   int32_t connectDistance;
   unsigned short backwards;
+  const char* expected;
+  Coordinates left;  // crossings that stay in the table
+  int nullColumn = -1;
 };
 
 // Runs the meander of a case and returns its blocks; `left` receives what
 // stays in the table.
-std::vector<Coordinates> Meander(const MeanderCase& c, std::vector<ColumnSpec>* left = nullptr) {
-  SCOPED_TRACE(Describe(c.table) + "| check " + Describe(c.check));
-  ScopedTable table(c.table);
-  ScopedTable check(c.check);
+Blocks Meander(const MeanderCase& c, Coordinates* left = nullptr) {
+  ScopedTable table(Table(c.table));
+  table.DropList(c.nullColumn);
+  ScopedTable check(Table(c.check));
   ScopedVectorLayer layer;
   MSliceFileParameters parameters;
   parameters.MeanderConnectDistance = c.connectDistance;
-  if (c.check.empty()) {
-    layer.BEWAAR_X_TABEL_MEANDER(&table.root, parameters, c.backwards, 9);
-  } else {
+  if (c.crossChecked) {
     layer.ADD_X_TABEL_MEANDER_CROSS_CHECKED(&table.root, &check.root, parameters, c.backwards, 9);
+  } else {
+    layer.BEWAAR_X_TABEL_MEANDER(&table.root, parameters, c.backwards, 9);
   }
   if (left != nullptr)
-    *left = ColumnsOf(table.root);
+    *left = CrossingsOf(table.root);
   for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock)
     EXPECT_EQ(b->Type, 9);
   return BlocksOf(layer);
 }
 
-// The run vectors of a path (every vector along a column), as (x, low, high).
-std::vector<std::vector<int32_t>> RunsOf(const Coordinates& path) {
-  std::vector<std::vector<int32_t>> runs;
-  for (size_t i = 0; i + 3 < path.size(); i += 4) {
-    if (path[i] != path[i + 2])
-      continue;
-    runs.push_back({path[i], std::min(path[i + 1], path[i + 3]), std::max(path[i + 1], path[i + 3])});
+struct NoSwitchCase {
+  const char* table;
+  const char* check;      // no columns: a second table without columns
+  int32_t gridDistance;   // XHatchDistance
+  int32_t maxConnection;  // MeanderConnectDistance
+  const char* expected;
+  int nullColumn = -1;
+};
+
+MSliceFileParameters Parameters(int32_t gridDistance, int32_t maxConnection) {
+  MSliceFileParameters parameters;
+  parameters.XHatchDistance = gridDistance;
+  parameters.MeanderConnectDistance = maxConnection;
+  return parameters;
+}
+
+// Runs the no-switch walk (consuming) or sweep (keeping both tables whole) of
+// a case and checks the paths it draws.
+void ExpectNoSwitchPaths(const NoSwitchCase& c, bool sweep) {
+  SCOPED_TRACE(::testing::Message() << c.table << " | check " << c.check << " | grid " << c.gridDistance
+                                    << " connect " << c.maxConnection << " null " << c.nullColumn);
+  ScopedTable table(Table(c.table));
+  table.DropList(c.nullColumn);
+  ScopedTable check(Table(c.check));
+  ScopedVectorLayer layer;
+  MSliceFileParameters parameters = Parameters(c.gridDistance, c.maxConnection);
+  if (sweep) {
+    layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(&table.root, &check.root, parameters, 3);
+  } else {
+    layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED(&table.root, &check.root, parameters, 0, 3);
   }
-  std::sort(runs.begin(), runs.end());
-  return runs;
+  EXPECT_EQ(BlocksOf(layer), Lists(c.expected));
+  EXPECT_EQ(ColumnsOf(check.root), Table(c.check));
+  if (!sweep && *c.expected != '\0') {
+    EXPECT_TRUE(CrossingsOf(table.root).empty());
+  } else if (c.nullColumn < 0) {
+    EXPECT_EQ(ColumnsOf(table.root), Table(c.table));
+  }
 }
 
 }  // namespace
 
-TEST(MeanderHatching, NothingToDrawAddsNoBlock) {
-  ScopedVectorLayer layer;
-  MSliceFileParameters parameters;
-  layer.BEWAAR_X_TABEL_MEANDER(nullptr, parameters, 0, 1);
-  TABEL empty;
-  layer.BEWAAR_X_TABEL_MEANDER(&empty, parameters, 1, 1);
-  EXPECT_EQ(layer.NumBlocks, 0);
-  EXPECT_TRUE(Meander({{{0, {}}, {5, {}}}, {}, 20, 0}).empty());
-  EXPECT_TRUE(Meander({{{0, {}}, {5, {}}}, {}, 20, 1}).empty());
+TEST(MeanderHatching, PathsOfEachCase) {
+  const char* odd = "0: 0 10; 5: 0 10 20";
+  const MeanderCase cases[] = {
+      {"0:; 5:", false, "", 20, 0, "", {}},
+      {"0:; 5:", false, "", 20, 1, "", {}},
+      {"0: 3 9", false, "", 20, 0, "0 3 0 9", {}},
+      // The neighbour is entered at its near end and joined when strictly closer.
+      {kNeighbours, false, "", 20, 0, kJoined, {}},
+      {kNeighbours, false, "", 5, 0, kNotJoined, {}},
+      {kNeighbours, false, "", 6, 0, kJoined, {}},
+      // Backwards begins at the highest column with runs.
+      {kNeighbours, false, "", 20, 1, "5 0 5 10 5 10 0 10 0 10 0 0", {}},
+      {"0: 0 10; 5: 0 10; 10:", false, "", 20, 7, "5 0 5 10 5 10 0 10 0 10 0 0", {}},
+      // Runs behind the last one in its column stay behind.
+      {"0: 0 10 20 30", false, "", 20, 0, "0 0 0 10", {20, 30}},
+      // A list ending inside a pair leaves the table alone.
+      {odd, false, "", 20, 0, "", {0, 10, 0, 10, 20}},
+      {odd, true, "3: 8 12", 20, 1, "", {0, 10, 0, 10, 20}},
+      // A null List is an empty column.
+      {"0: 0 10; 5:; 10: 0 10", false, "", 20, 0, "0 0 0 10 0 10 10 10 10 10 10 0", {}, 1},
+      // A run of the second table, touched at either end, refuses the connection.
+      {kNeighbours, true, "3: 8 12", 20, 0, kNotJoined, {}},
+      {kNeighbours, true, "3: 11 12", 20, 0, kJoined, {}},
+      {kNeighbours, true, "3: 10 12", 20, 0, kNotJoined, {}},
+      {kNeighbours, true, "3: 8 12", 20, 1, "5 0 5 10 0 10 0 0", {}},
+      {kNeighbours, true, "", 20, 0, kJoined, {}},  // a second table without columns blocks nothing
+  };
+  for (const MeanderCase& c : cases) {
+    SCOPED_TRACE(::testing::Message()
+                 << c.table << " | check " << c.check << " | connect " << c.connectDistance << " backwards "
+                 << c.backwards << " null " << c.nullColumn);
+    Coordinates left;
+    EXPECT_EQ(Meander(c, &left), Lists(c.expected));
+    EXPECT_EQ(left, c.left);
+  }
 }
 
-TEST(MeanderHatching, OneRunGivesOneVector) {
-  std::vector<ColumnSpec> left;
-  EXPECT_EQ(Meander({{{0, {3, 9}}}, {}, 20, 0}, &left), (std::vector<Coordinates>{{0, 3, 0, 9}}));
-  EXPECT_EQ(CrossingsIn(left), 0u);
-}
-
-TEST(MeanderHatching, NeighbourIsEnteredAtItsNearEndAndJoinedWhenClose) {
-  EXPECT_EQ(Meander({kNeighbours, {}, 20, 0}),
-            (std::vector<Coordinates>{{0, 0, 0, 10, 0, 10, 5, 10, 5, 10, 5, 0}}));
-  // A distance of exactly 5 is not strictly below the limit.
-  EXPECT_EQ(Meander({kNeighbours, {}, 5, 0}), (std::vector<Coordinates>{{0, 0, 0, 10, 5, 10, 5, 0}}));
-  EXPECT_EQ(Meander({kNeighbours, {}, 6, 0}),
-            (std::vector<Coordinates>{{0, 0, 0, 10, 0, 10, 5, 10, 5, 10, 5, 0}}));
-}
-
-TEST(MeanderHatching, BackwardsBeginsAtTheHighestColumn) {
-  EXPECT_EQ(Meander({kNeighbours, {}, 20, 1}),
-            (std::vector<Coordinates>{{5, 0, 5, 10, 5, 10, 0, 10, 0, 10, 0, 0}}));
-  EXPECT_EQ(Meander({{{0, {0, 10}}, {5, {0, 10}}, {10, {}}}, {}, 20, 7}),
-            (std::vector<Coordinates>{{5, 0, 5, 10, 5, 10, 0, 10, 0, 10, 0, 0}}));
-}
-
-TEST(MeanderHatching, RunsBehindTheLastOneInItsColumnStayBehind) {
-  std::vector<ColumnSpec> left;
-  EXPECT_EQ(Meander({{{0, {0, 10, 20, 30}}}, {}, 20, 0}, &left), (std::vector<Coordinates>{{0, 0, 0, 10}}));
-  EXPECT_EQ(left, (std::vector<ColumnSpec>{{0, {20, 30}}}));
-}
-
-TEST(MeanderHatching, ListEndingInsideAPairLeavesTheTableAlone) {
-  const std::vector<ColumnSpec> odd = {{0, {0, 10}}, {5, {0, 10, 20}}};
-  std::vector<ColumnSpec> left;
-  EXPECT_TRUE(Meander({odd, {}, 20, 0}, &left).empty());
-  EXPECT_EQ(left, odd);
-  EXPECT_TRUE(Meander({odd, {{3, {8, 12}}}, 20, 1}, &left).empty());
-  EXPECT_EQ(left, odd);
-}
-
-TEST(MeanderHatching, NullListIsAnEmptyColumn) {
-  ScopedTable table({{0, {0, 10}}, {5, {}}, {10, {0, 10}}});
-  TABEL* middle = table.Column(1);
-  free(middle->List);
-  middle->List = nullptr;
-  ScopedVectorLayer layer;
-  MSliceFileParameters parameters;
-  parameters.MeanderConnectDistance = 20;
-  layer.BEWAAR_X_TABEL_MEANDER(&table.root, parameters, 0, 1);
-  EXPECT_EQ(BlocksOf(layer), (std::vector<Coordinates>{{0, 0, 0, 10, 0, 10, 10, 10, 10, 10, 10, 0}}));
+TEST(MeanderHatching, CrossCheckIsSinglePrecisionAndOneSidedAtTheEnds) {
+  // From (0, 10) to (10, 0): at x = 3 the line stands at trunc(3 * -10 / 10) + 10 = 7.
+  // The cursor starts on the column at 0, so a run at x = 0 is tested; a run
+  // at x = 5, the high end, is not when the cursor comes from below.
+  const struct {
+    const char *table, *check;
+    int32_t connectDistance;
+    size_t pathSize;
+  } cases[] = {
+      {"0: 0 10; 10: 0 30", "3: 7 7", 100, 8},
+      {"0: 0 10; 10: 0 30", "3: 8 9", 100, 12},
+      {kNeighbours, "0: 10 10; 5: 50 60", 20, 8},
+      {kNeighbours, "0: 50 60; 5: 10 10", 20, 12},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.table << " | check " << c.check);
+    EXPECT_EQ(Meander({c.table, true, c.check, c.connectDistance, 0, "", {}}).at(0).size(), c.pathSize);
+  }
 }
 
 TEST(MeanderHatching, LongPathGrowsTheArrayAndDrawsEveryRunOnce) {
-  std::vector<ColumnSpec> columns;
-  for (int32_t i = 0; i < 9000; ++i)
+  Columns columns;
+  std::vector<Coordinates> expected;
+  for (int32_t i = 0; i < 9000; ++i) {
     columns.push_back({10 * i, {0, 100, 200, 300}});
-  std::vector<ColumnSpec> left;
-  const std::vector<Coordinates> blocks = Meander({columns, {}, 1000, 0}, &left);
-  ASSERT_EQ(blocks.size(), 1u);
-  EXPECT_GT(blocks[0].size(), 60000u);
-  EXPECT_EQ(blocks[0].size() % 4, 0u);
-  std::vector<std::vector<int32_t>> expected;
-  for (const ColumnSpec& c : columns) {
-    expected.push_back({c.position, 0, 100});
-    expected.push_back({c.position, 200, 300});
+    expected.push_back({10 * i, 0, 100});
+    expected.push_back({10 * i, 200, 300});
   }
-  std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(RunsOf(blocks[0]), expected);
-  EXPECT_EQ(CrossingsIn(left), 0u);
-}
-
-TEST(MeanderCrossChecked, RunOfTheSecondTableRefusesTheConnection) {
-  EXPECT_EQ(Meander({kNeighbours, {{3, {8, 12}}}, 20, 0}),
-            (std::vector<Coordinates>{{0, 0, 0, 10, 5, 10, 5, 0}}));
-  EXPECT_EQ(Meander({kNeighbours, {{3, {11, 12}}}, 20, 0}),
-            (std::vector<Coordinates>{{0, 0, 0, 10, 0, 10, 5, 10, 5, 10, 5, 0}}));
-  // Both ends of a run count.
-  EXPECT_EQ(Meander({kNeighbours, {{3, {10, 12}}}, 20, 0}),
-            (std::vector<Coordinates>{{0, 0, 0, 10, 5, 10, 5, 0}}));
-  EXPECT_EQ(Meander({kNeighbours, {{3, {8, 12}}}, 20, 1}),
-            (std::vector<Coordinates>{{5, 0, 5, 10, 0, 10, 0, 0}}));
-}
-
-TEST(MeanderCrossChecked, ConnectingLineIsInterpolatedInSinglePrecision) {
-  // From (0, 10) to (10, 0): at x = 3 the line stands at trunc(3 * -10 / 10) + 10 = 7.
-  const std::vector<ColumnSpec> table = {{0, {0, 10}}, {10, {0, 30}}};
-  EXPECT_EQ(Meander({table, {{3, {7, 7}}}, 100, 0}).at(0).size(), 8u);
-  EXPECT_EQ(Meander({table, {{3, {8, 9}}}, 100, 0}).at(0).size(), 12u);
-}
-
-TEST(MeanderCrossChecked, ColumnsAtTheEndsAreTestedFromTheSideTheCursorCameFrom) {
-  // The cursor starts on the column at 0 (below the connection's low end after
-  // the first step), so a run at x = 0 itself is tested.
-  EXPECT_EQ(Meander({kNeighbours, {{0, {10, 10}}, {5, {50, 60}}}, 20, 0}).at(0).size(), 8u);
-  // A run at x = 5, the high end, is not tested when the cursor comes from below.
-  EXPECT_EQ(Meander({kNeighbours, {{0, {50, 60}}, {5, {10, 10}}}, 20, 0}).at(0).size(), 12u);
-}
-
-TEST(MeanderCrossChecked, SecondTableWithoutColumnsBlocksNothing) {
-  ScopedTable table(kNeighbours);
-  TABEL empty;
+  ScopedTable table(columns);
   ScopedVectorLayer layer;
-  MSliceFileParameters parameters;
-  parameters.MeanderConnectDistance = 20;
-  layer.ADD_X_TABEL_MEANDER_CROSS_CHECKED(&table.root, &empty, parameters, 0, 1);
+  MSliceFileParameters parameters = Parameters(0, 1000);
+  layer.BEWAAR_X_TABEL_MEANDER(&table.root, parameters, 0, 9);
+  const Blocks blocks = BlocksOf(layer);
+  ASSERT_EQ(blocks.size(), 1u);
+  const Coordinates& path = blocks[0];
+  EXPECT_GT(path.size(), 60000u);
+  EXPECT_EQ(path.size() % 4, 0u);
+  std::vector<Coordinates> runs;  // the vectors along a column
+  for (size_t i = 0; i + 3 < path.size(); i += 4) {
+    if (path[i] == path[i + 2])
+      runs.push_back({path[i], std::min(path[i + 1], path[i + 3]), std::max(path[i + 1], path[i + 3])});
+  }
+  std::sort(runs.begin(), runs.end());
+  EXPECT_EQ(runs, expected);
+  EXPECT_TRUE(CrossingsOf(table.root).empty());
+}
+
+TEST(MeanderHatching, NullTablesAddNoBlock) {
+  ScopedVectorLayer layer;
+  MSliceFileParameters parameters = Parameters(3, 5);
+  TABEL empty;
+  layer.BEWAAR_X_TABEL_MEANDER(nullptr, parameters, 0, 1);
+  layer.BEWAAR_X_TABEL_MEANDER(&empty, parameters, 1, 1);
   layer.ADD_X_TABEL_MEANDER_CROSS_CHECKED(nullptr, &empty, parameters, 0, 1);
-  EXPECT_EQ(BlocksOf(layer), (std::vector<Coordinates>{{0, 0, 0, 10, 0, 10, 5, 10, 5, 10, 5, 0}}));
+  layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED(nullptr, nullptr, parameters, 0, 3);
+  layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(nullptr, nullptr, parameters, 3);
+  layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(&empty, nullptr, parameters, 3);
+  EXPECT_EQ(layer.NumBlocks, 0);
+  // A real table without a second one.
+  ScopedTable pair(Table("0: 0 10; 3: 0 10"));
+  layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(&pair.root, nullptr, parameters, 3);
+  ScopedTable three(Table(kThreeColumns));
+  parameters = Parameters(10, 20);
+  layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED(&three.root, nullptr, parameters, 1, 3);
+  EXPECT_EQ(BlocksOf(layer), Lists(std::string("0 0 0 10 0 10 3 10 3 10 3 0; ") + kThreeJoined));
+}
+
+TEST(NoSwitchMeander, ConsumingWalkOfEachCase) {
+  const NoSwitchCase cases[] = {
+      // Directions follow the columns from the highest down; column 10 has an
+      // odd quotient and is entered at its second element.
+      {kThreeColumns, "", 10, 20, kThreeJoined},
+      {"0: 0 10; 10: 0 10", "", 10, 5, "10 10 10 0 0 0 0 10"},
+      {kThreeColumns, "5: 0 20", 10, 20, "20 0 20 10 20 10 10 10 10 10 10 0 0 0 0 10"},
+      // Grid distance 0, an odd list or empty columns leave the table alone.
+      {kThreeColumns, "", 0, 20, ""},
+      {"0: 0 10 20; 10: 0 10", "", 10, 20, ""},
+      {"0:; 10:", "", 10, 20, ""},
+  };
+  for (const NoSwitchCase& c : cases)
+    ExpectNoSwitchPaths(c, false);
+}
+
+TEST(NoSwitchMeander, SweepPathsOfEachCaseAndTheTablesStayWhole) {
+  const NoSwitchCase cases[] = {
+      // A connection distance not above the grid adds nothing.
+      {"0: 0 10; 3: 0 10", "", 3, 3, ""},
+      // Grid 3 and connection 5: maxStep 4, strictly.
+      {"0: 0 10; 3: 0 10", "", 3, 5, "0 0 0 10 0 10 3 10 3 10 3 0"},
+      {"0: 0 10; 3: 0 13", "", 3, 5, "0 0 0 10 0 10 3 13 3 13 3 0"},
+      {"0: 0 10; 3: 0 14", "", 3, 5, "0 0 0 10; 3 14 3 0"},
+      // The third column is entered at its lower end.
+      {"0: 0 10; 3: 0 10; 6: 0 10", "", 3, 5, "0 0 0 10 0 10 3 10 3 10 3 0 3 0 6 0 6 0 6 10"},
+      // maxStep 19: the path ending at 30 is nearer to the entry 27 than the one at 10.
+      {"0: 0 10 20 30; 3: 0 27", "", 3, 20, "0 0 0 10; 0 20 0 30 0 30 3 27 3 27 3 0"},
+      // Equal distances: the first slot wins.
+      {"0: 0 10 20 30 40 50; 3: 0 40", "", 3, 20, "0 0 0 10; 0 20 0 30 0 30 3 40 3 40 3 0; 0 40 0 50"},
+      // The walk stops at the first slot that is not nearer: the path ending
+      // at 36 behind the one ending at 50 is not looked at.
+      {"0: 20 30 40 50 34 36; 3: 0 35", "", 3, 20, "0 20 0 30 0 30 3 35 3 35 3 0; 0 40 0 50; 0 34 0 36"},
+      // An empty column ends all paths and still turns; one at position
+      // exactly 1 is passed over altogether.
+      {"0: 0 10; 3:; 6: 0 10", "", 3, 5, "0 0 0 10; 6 0 6 10"},
+      {"0: 0 10; 1:; 3: 0 10", "", 3, 5, "0 0 0 10 0 10 3 10 3 10 3 0"},
+      // Null Lists and unpaired crossings count as empty.
+      {"0: 0 10; 3:; 6: 0 10 15", "", 3, 5, "0 0 0 10; 6 0 6 10", 1},
+      {"0:; 3: 0 10", "", 3, 5, "3 10 3 0", 0},
+      // A check run over the middle of a connection splits the path.
+      {"0: 0 10; 3: 0 2", "0: 4 6", 3, 20, "0 0 0 10; 3 2 3 0"},
+      {"0: 0 10; 3: 0 2", "0: 7 9", 3, 20, "0 0 0 10 0 10 3 2 3 2 3 0"},
+      // The check pointer only moves forwards: the first run moves it past
+      // (18, 19), where the second connection's middle 19 would lie.
+      {"0: 0 10 20 30; 3: 0 24 26 28", "0: 18 19", 3, 20,
+       "0 0 0 10 0 10 3 28 3 28 3 26; 0 20 0 30 0 30 3 24 3 24 3 0"},
+  };
+  for (const NoSwitchCase& c : cases)
+    ExpectNoSwitchPaths(c, true);
 }

@@ -4,6 +4,9 @@
 
 #include "layer/contour_layer.h"
 #include "sibling/units/internal_units.h"
+#include "support/vector_blocks.h"
+
+using testing_support::ExtentsOf;
 
 TEST(Values, PointsLieOverCoordinateArrays) {
   MMPoint2d<long> points[2] = {{1, 2}, {3, 4}};
@@ -25,27 +28,16 @@ TEST(Values, RoundingWords) {
   EXPECT_EQ(Half(3), 1);
 }
 
-TEST(Values, BoxNormalisesExchangedCorners) {
+TEST(Values, BoxesNormaliseAndEmptyExtentsGrowToOnePoint) {
   BOX box{10, 20, 0, 5};
   NormaliseBox(box);
-  EXPECT_EQ(box.MinX, 0);
-  EXPECT_EQ(box.MaxX, 10);
-  EXPECT_EQ(box.MinY, 5);
-  EXPECT_EQ(box.MaxY, 20);
-}
-
-TEST(Values, EmptyExtentsGrowToOnePoint) {
-  CONTOUR_LAYER layer;
+  EXPECT_EQ(ExtentsOf(box), "0 5 10 20");
+  CONTOUR_LAYER layer, empty;
   EXPECT_FALSE(HasExtents(layer));
   GrowExtents(layer, 3, 4);
-  EXPECT_EQ(layer.MaxX, 3);
-  EXPECT_EQ(layer.MinX, 3);
-  EXPECT_EQ(layer.MaxY, 4);
-  EXPECT_EQ(layer.MinY, 4);
-  CONTOUR_LAYER empty;
+  EXPECT_EQ(ExtentsOf(layer), "3 4 3 4");
   MergeExtents(layer, empty);  // empty extents merge to no change
-  EXPECT_EQ(layer.MaxX, 3);
-  EXPECT_EQ(layer.MinY, 4);
+  EXPECT_EQ(ExtentsOf(layer), "3 4 3 4");
 }
 
 TEST(Values, InternalUnitsStartAtOneAndAreSettable) {

@@ -2,15 +2,12 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+#include "support/vector_blocks.h"
 
-VECTOR_BLOK* NewBlock(uint16_t type, std::initializer_list<int32_t> coordinates) {
-  auto* b = new VECTOR_BLOK;
-  b->Type = type;
-  std::vector<int32_t> v(coordinates);
-  b->SetCoordinates(v.data(), static_cast<int32_t>(v.size()));
-  return b;
-}
+using testing_support::AddBlock;
+using testing_support::ExtentsOf;
+
+namespace {
 
 class VectorLayerTest : public ::testing::Test {
  protected:
@@ -28,7 +25,8 @@ TEST(VectorBlok, CoordinateStorageGrowsShrinksAndIsReused) {
   VECTOR_BLOK block;
   block.AllocateVectors(3);
   EXPECT_EQ(block.Size, 12);
-  for (int i = 0; i < 12; ++i) block.Block[i] = i;
+  for (int i = 0; i < 12; ++i)
+    block.Block[i] = i;
   block.AllocateCoordinates(4);
   EXPECT_EQ(block.Block[3], 3);
   int32_t* before = block.Block;
@@ -39,7 +37,7 @@ TEST(VectorBlok, CoordinateStorageGrowsShrinksAndIsReused) {
   VECTOR_BLOK next;
   block.Type = 5;
   block.NextBlock = &next;
-  block.Clear();
+  block.Clear();  // releases the coordinates only
   EXPECT_EQ(block.Type, 5);
   EXPECT_EQ(block.NextBlock, &next);
   EXPECT_EQ(block.Block, nullptr);
@@ -48,14 +46,11 @@ TEST(VectorBlok, CoordinateStorageGrowsShrinksAndIsReused) {
 
 TEST_F(VectorLayerTest, ChainOperations) {
   EXPECT_EQ(a.GetLastBlock(), nullptr);
-  VECTOR_BLOK* b1 = NewBlock(1, {0, 0, 1, 1});
-  a.AddBlockAtEnd(b1);
-  EXPECT_EQ(a.FirstBlock, b1);
-  VECTOR_BLOK* b0 = NewBlock(2, {});
-  a.AddBlockAfter(b0, nullptr);
+  VECTOR_BLOK* b1 = AddBlock(a, 1, {0, 0, 1, 1});
+  VECTOR_BLOK* b2 = AddBlock(a, 3, {5, 5, 6, 6});
+  VECTOR_BLOK* b0 = new VECTOR_BLOK;
+  a.AddBlockAfter(b0, nullptr);  // null means front
   EXPECT_EQ(a.FirstBlock, b0);
-  VECTOR_BLOK* b2 = NewBlock(3, {5, 5, 6, 6});
-  a.AddBlockAtEnd(b2);
   EXPECT_EQ(a.NumBlocks, 3);
   VECTOR_BLOK* middle = b1;
   EXPECT_EQ(a.RemoveBlock(middle, true), b2);
@@ -71,21 +66,19 @@ TEST_F(VectorLayerTest, ChainOperations) {
 TEST_F(VectorLayerTest, ExtentsCountBothEndsAndSkipEmptyBlocks) {
   a.BEPAAL_EXTREMA();
   EXPECT_EQ(a.MaxX, kEmptyExtentMax);
-  a.AddBlockAtEnd(NewBlock(1, {}));
+  AddBlock(a, 1, {});
   a.BEPAAL_EXTREMA();
   EXPECT_EQ(a.MinX, kEmptyExtentMin);
-  a.AddBlockAtEnd(NewBlock(1, {-1, 2, 7, -8}));
+  AddBlock(a, 1, {-1, 2, 7, -8});
   a.BEPAAL_EXTREMA();
-  EXPECT_EQ(a.MinX, -1);
-  EXPECT_EQ(a.MaxX, 7);
-  EXPECT_EQ(a.MinY, -8);
-  EXPECT_EQ(a.MaxY, 2);
+  EXPECT_EQ(ExtentsOf(a), "-1 -8 7 2");
 }
 
-TEST_F(VectorLayerTest, CopyAppendsBehindExistingBlocks) {
-  a.AddBlockAtEnd(NewBlock(1, {0, 0, 1, 1}));
-  a.AddBlockAtEnd(NewBlock(1, {0, 0, 2, 2}));
-  for (int i = 0; i < 3; ++i) b.AddBlockAtEnd(NewBlock(static_cast<uint16_t>(10 + i), {i, i, 9, 9}));
+TEST_F(VectorLayerTest, CopyAppendsAndMoveReplaces) {
+  AddBlock(a, 1, {0, 0, 1, 1});
+  AddBlock(a, 1, {0, 0, 2, 2});
+  for (int i = 0; i < 3; ++i)
+    AddBlock(b, static_cast<uint16_t>(10 + i), {i, i, 9, 9});
   b.BEPAAL_EXTREMA();
   EXPECT_TRUE(a.COPIEER_VECTOR_LAYER(b));
   EXPECT_EQ(a.NumBlocks, 5);
@@ -93,15 +86,10 @@ TEST_F(VectorLayerTest, CopyAppendsBehindExistingBlocks) {
   EXPECT_EQ(third->Type, 10);
   EXPECT_NE(third->Block, b.FirstBlock->Block);
   EXPECT_EQ(a.MaxX, 9);
-}
-
-TEST_F(VectorLayerTest, MoveEmptiesArgumentAndReleasesOwnContent) {
-  a.AddBlockAtEnd(NewBlock(1, {0, 0, 1, 1}));
-  b.AddBlockAtEnd(NewBlock(2, {0, 0, 2, 2}));
-  b.AddBlockAtEnd(NewBlock(2, {0, 0, 3, 3}));
+  // Moving releases the own blocks and empties the argument.
   a.MoveTo(b);
-  EXPECT_EQ(a.NumBlocks, 2);
-  EXPECT_EQ(a.FirstBlock->Type, 2);
+  EXPECT_EQ(a.NumBlocks, 3);
+  EXPECT_EQ(a.FirstBlock->Type, 10);
   EXPECT_EQ(b.NumBlocks, 0);
   EXPECT_EQ(b.FirstBlock, nullptr);
 }

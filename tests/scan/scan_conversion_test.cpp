@@ -6,106 +6,68 @@
 #include <cstdlib>
 #include <vector>
 
-#include "layer/contour_layer.h"
-#include "scan/slice_file_parameters.h"
-#include "scan/tabel.h"
-#include "support/layer_builders.h"
 #include "support/scan_tables.h"
 
-using testing_support::CheckTable;
 using testing_support::Columns;
-using testing_support::ColumnsOf;
 using testing_support::Describe;
+using testing_support::Grid;
 using testing_support::NewContour;
+using testing_support::Scan;
+using testing_support::ScopedLayer;
 using testing_support::ScopedTable;
 
 namespace {
 
 using Ring = std::vector<MMPoint2d<long>>;
 
-// A layer that releases its contours at the end of a test.
-struct ScopedLayer {
-  CONTOUR_LAYER layer;
-  ScopedLayer(std::initializer_list<Ring> rings, unsigned char closed = 1) {
-    for (const Ring& r : rings)
-      layer.AddContourAtEnd(NewContour(r, closed));
-    layer.BEPAAL_EXTREMA();
-  }
-  ~ScopedLayer() { layer.LEEG_LAAG(); }
-};
-
-MSliceFileParameters Grid(int32_t distance, int32_t shift) {
-  MSliceFileParameters p;
-  p.XHatchDistance = p.YHatchDistance = distance;
-  p.XHatchShift = p.YHatchShift = shift;
-  return p;
-}
-
-// X table of a layer with the given grid, as columns.
-Columns ScanX(CONTOUR_LAYER& layer, MSliceFileParameters p, L_LIST* extra = nullptr) {
-  ScopedTable t;
-  layer.X_ARCEER_LAAG(&t.root, p, extra);
-  EXPECT_EQ(CheckTable(t.root), "");
-  return ColumnsOf(t.root);
-}
-
-Columns ScanY(CONTOUR_LAYER& layer, MSliceFileParameters p) {
-  ScopedTable t;
-  layer.Y_ARCEER_LAAG(&t.root, p, nullptr);
-  EXPECT_EQ(CheckTable(t.root), "");
-  return ColumnsOf(t.root);
-}
-
-std::vector<int32_t> PositionsOf(const Columns& columns) {
-  std::vector<int32_t> positions;
-  for (const auto& c : columns)
-    positions.push_back(c.first);
-  return positions;
+int32_t FirstColumn(CONTOUR_LAYER& layer, const MSliceFileParameters& p, bool alongX = true) {
+  return Scan(layer, p, alongX).front().first;
 }
 
 }  // namespace
 
-TEST(ScanConversion, SquareEdgesOnColumnsGetNoCrossings) {
-  ScopedLayer cw({{{0, 0}, {0, 100}, {100, 100}, {100, 0}}});
-  ScopedLayer ccw({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}});
-  EXPECT_EQ(Describe(ScanX(cw.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
-  EXPECT_EQ(Describe(ScanX(ccw.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
-  EXPECT_EQ(Describe(ScanY(cw.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
-}
-
-TEST(ScanConversion, VerticesOnColumnsFollowTheDirectionRule) {
-  // Diamond: tips at x 0 and 100 touch their columns; the vertices at x 50
-  // are passed through and give one crossing each.
-  ScopedLayer diamond({{{50, 0}, {100, 50}, {50, 100}, {0, 50}}});
-  EXPECT_EQ(Describe(ScanX(diamond.layer, Grid(50, 0))), "0:{} 50:{0,100} 100:{} ");
-  // A stretch along the column at 50 on the way up: one crossing, at its end.
-  ScopedLayer stair({{{0, 0}, {50, 20}, {50, 40}, {100, 60}, {100, 100}, {0, 100}}});
-  EXPECT_EQ(Describe(ScanX(stair.layer, Grid(50, 0))), "0:{} 50:{40,100} 100:{} ");
-  // The same stretch at the top of a bump: none.
-  ScopedLayer bump({{{0, 0}, {50, 50}, {50, 60}, {0, 100}}});
-  EXPECT_EQ(Describe(ScanX(bump.layer, Grid(25, 0))), "0:{} 25:{25,80} 50:{} ");
-}
-
-TEST(ScanConversion, CrossingsRoundHalfAwayFromZero) {
-  ScopedLayer triangle({{{0, 0}, {10, 5}, {10, -5}}});
-  EXPECT_EQ(Describe(ScanX(triangle.layer, Grid(5, 0))), "0:{} 5:{-3,3} 10:{} ");
+TEST(ScanConversion, EdgesAndVerticesOnColumnsAndRounding) {
+  const struct {
+    const char* name;
+    Ring ring;
+    int32_t distance;
+    const char* table;
+  } cases[] = {
+      {"clockwise square", {{0, 0}, {0, 100}, {100, 100}, {100, 0}}, 50, "0:{} 50:{0,100} 100:{} "},
+      {"counter-clockwise square", {{0, 0}, {100, 0}, {100, 100}, {0, 100}}, 50, "0:{} 50:{0,100} 100:{} "},
+      // Tips at x 0 and 100 touch their columns; the vertices at x 50 are
+      // passed through and give one crossing each.
+      {"diamond", {{50, 0}, {100, 50}, {50, 100}, {0, 50}}, 50, "0:{} 50:{0,100} 100:{} "},
+      // A stretch along a column on the way up gives one crossing, at its
+      // end; at the top of a bump, none.
+      {"stair",
+       {{0, 0}, {50, 20}, {50, 40}, {100, 60}, {100, 100}, {0, 100}},
+       50,
+       "0:{} 50:{40,100} 100:{} "},
+      {"bump", {{0, 0}, {50, 50}, {50, 60}, {0, 100}}, 25, "0:{} 25:{25,80} 50:{} "},
+      {"halves round away from zero", {{0, 0}, {10, 5}, {10, -5}}, 5, "0:{} 5:{-3,3} 10:{} "},
+  };
+  for (const auto& c : cases) {
+    ScopedLayer l({c.ring});
+    EXPECT_EQ(Describe(Scan(l.layer, Grid(c.distance, 0))), c.table) << c.name;
+  }
 }
 
 TEST(ScanConversion, OpenAndDegenerateContoursAddNothing) {
-  ScopedLayer open({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}}, 0);
-  EXPECT_EQ(Describe(ScanX(open.layer, Grid(50, 0))), "0:{} 50:{} 100:{} ");
-  ScopedLayer undetermined({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}}, kNotDetermined);
-  EXPECT_EQ(Describe(ScanX(undetermined.layer, Grid(50, 0))), "0:{} 50:{} 100:{} ");
+  for (unsigned char closed : {static_cast<unsigned char>(0), kNotDetermined}) {
+    ScopedLayer open({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}}, closed);
+    EXPECT_EQ(Describe(Scan(open.layer, Grid(50, 0))), "0:{} 50:{} 100:{} ") << "closed " << int(closed);
+  }
   // All points on one column, or a single point: skipped, no endless search.
   ScopedLayer flat({{{50, 0}, {50, 100}, {50, 30}}, {{70, 70}}, {{0, 0}, {100, 10}, {100, 20}, {0, 30}}});
-  EXPECT_EQ(Describe(ScanX(flat.layer, Grid(50, 0))), "0:{} 50:{5,25} 100:{} ");
+  EXPECT_EQ(Describe(Scan(flat.layer, Grid(50, 0))), "0:{} 50:{5,25} 100:{} ");
 }
 
 TEST(ScanConversion, GridStartsAtTheShiftAndEndsAtTheGreatestCoordinate) {
   ScopedLayer l({{{0, 0}, {25, 0}, {25, 25}, {0, 25}}});
-  EXPECT_EQ(PositionsOf(ScanX(l.layer, Grid(10, 5))), (std::vector<int32_t>{5, 15, 25}));
-  EXPECT_EQ(PositionsOf(ScanX(l.layer, Grid(10, -12))), (std::vector<int32_t>{-12, -2, 8, 18}));
-  EXPECT_TRUE(ScanX(l.layer, Grid(10, 26)).empty());
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 5))), "5:{0,25} 15:{0,25} 25:{} ");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, -12))), "-12:{} -2:{} 8:{0,25} 18:{0,25} ");
+  EXPECT_TRUE(Scan(l.layer, Grid(10, 26)).empty());
 }
 
 TEST(ScanConversion, ExtraColumnsJoinTheGrid) {
@@ -113,9 +75,9 @@ TEST(ScanConversion, ExtraColumnsJoinTheGrid) {
   L_LIST extra = {0, nullptr};
   VOEG_ACHTER_L_LIJST(&extra, 3);
   VOEG_ACHTER_L_LIJST(&extra, 10);
-  EXPECT_EQ(Describe(ScanX(l.layer, Grid(10, 0), &extra)), "0:{} 3:{0,20} 10:{0,20} 10:{0,20} 20:{} ");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 0), true, &extra)), "0:{} 3:{0,20} 10:{0,20} 10:{0,20} 20:{} ");
   // Above the layer: the extra columns alone.
-  EXPECT_EQ(Describe(ScanX(l.layer, Grid(10, 100), &extra)), "3:{0,20} 10:{0,20} ");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 100), true, &extra)), "3:{0,20} 10:{0,20} ");
   LEEG_L_LIJST(&extra);
 }
 
@@ -123,7 +85,7 @@ TEST(ScanConversion, NothingIsTouchedWithoutContoursOrADistance) {
   ScopedLayer l({{{0, 0}, {20, 0}, {20, 20}, {0, 20}}});
   MSliceFileParameters p = Grid(10, 5);
   p.AlternateHatchShift = true;
-  const int32_t before = PositionsOf(ScanX(l.layer, p)).front();
+  const int32_t before = FirstColumn(l.layer, p);
   CONTOUR_LAYER empty;
   for (int32_t distance : {0, -10}) {
     TABEL marker;
@@ -136,7 +98,7 @@ TEST(ScanConversion, NothingIsTouchedWithoutContoursOrADistance) {
     EXPECT_EQ(marker.Position, 42);
   }
   // None of the calls above reached the grid step, so the flip did not move.
-  EXPECT_EQ(PositionsOf(ScanX(l.layer, p)).front(), before == 5 ? 10 : 5);
+  EXPECT_EQ(FirstColumn(l.layer, p), before == 5 ? 10 : 5);
 }
 
 namespace {
@@ -147,14 +109,14 @@ void CheckAlternationFromProcessStart() {
   MSliceFileParameters p = Grid(10, 5);
   p.AlternateHatchShift = true;
   std::vector<int32_t> starts;
-  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
-  starts.push_back(PositionsOf(ScanY(l.layer, p)).front());
-  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
+  starts.push_back(FirstColumn(l.layer, p));
+  starts.push_back(FirstColumn(l.layer, p, false));
+  starts.push_back(FirstColumn(l.layer, p));
   p.AlternateHatchShift = false;
-  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
+  starts.push_back(FirstColumn(l.layer, p));
   p.AlternateHatchShift = true;
-  starts.push_back(PositionsOf(ScanX(l.layer, p)).front());
-  starts.push_back(PositionsOf(ScanY(l.layer, p)).front());
+  starts.push_back(FirstColumn(l.layer, p));
+  starts.push_back(FirstColumn(l.layer, p, false));
   std::exit(starts == std::vector<int32_t>{10, 10, 5, 5, 10, 5} ? 0 : 1);
 }
 
@@ -177,32 +139,29 @@ TEST(ScanConversion, YTableIsTheXTableOfTheTransposedLayer) {
   };
   ScopedLayer l({outer, hole});
   ScopedLayer t({transpose(outer), transpose(hole)});
-  const Columns y = ScanY(l.layer, Grid(17, 3));
-  EXPECT_EQ(y, ScanX(t.layer, Grid(17, 3))) << Describe(y);
+  const Columns y = Scan(l.layer, Grid(17, 3), false);
+  EXPECT_EQ(y, Scan(t.layer, Grid(17, 3))) << Describe(y);
   for (const auto& c : y)
     EXPECT_EQ(c.second.size() % 2, 0u) << "column " << c.first;
 }
 
 TEST(ExtraGridLines, NarrowRunsMissedByTheGridGetAMiddleLine) {
   L_LIST extra = {0, nullptr};
-  ScopedTable empty;
+  ScopedTable empty, wide("0:{0,10} 1:{38,42}"), toGridLine("0:{12,20}"), narrow("0:{12,18} 1:{-9,-3}");
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, empty.root, 10, 10));
-  ScopedTable wide({{0, {0, 10}}, {1, {38, 42}}});
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, wide.root, 10, 10));
   EXPECT_EQ(extra.Value, 0);
   // A grid line on the run's end does not cross it.
-  ScopedTable toGridLine({{0, {12, 20}}});
   EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, toGridLine.root, 10, 10));
   EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{16}));
   LEEG_L_LIJST(&extra);
   // Grid lines below the start do not count; halves truncate on their own.
-  ScopedTable narrow({{0, {12, 18}}, {1, {-9, -3}}});
   EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 10));
   EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{-5, 15}));
   // The lines are in now: a second pass finds them and adds nothing.
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 10));
   // A run whose middle is already listed (on its end) still reports the need.
-  ScopedTable again({{0, {15, 16}}});
+  ScopedTable again("0:{15,16}");
   EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, again.root, 10, 10));
   EXPECT_EQ(extra.Value, 2);
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 0));
@@ -211,13 +170,13 @@ TEST(ExtraGridLines, NarrowRunsMissedByTheGridGetAMiddleLine) {
 }
 
 TEST(ExtraGridLines, FilterDropsValuesWhoseColumnIsEmpty) {
-  ScopedTable t({{5, {}}, {15, {1, 2}}, {25, {}}});
+  ScopedTable t("5:{} 15:{1,2} 25:{}");
   L_LIST extra = {0, nullptr};
   for (int32_t v : {5, 15, 20, 25})
     VOEG_ACHTER_L_LIJST(&extra, v);
   FILTER_EXTRA_LIJST(&extra, t.root);
-  EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{15, 20, 25}));
   EXPECT_EQ(extra.Value, 3);
+  EXPECT_EQ(testing_support::ValuesOf(&extra), (std::vector<int32_t>{15, 20, 25}));
   LEEG_L_LIJST(&extra);
 }
 
@@ -229,25 +188,26 @@ TEST(ScanConversion, LayerTableIsTheMergeOfItsContoursTables) {
   std::vector<Ring> rings;
   for (int i = 0; i < 40; ++i) {
     const double cx = std::rand() % 2000, cy = std::rand() % 2000;
-    rings.push_back(testing_support::Circle(cx, cy, 20 + std::rand() % 400, 5 + std::rand() % 30, i % 2 == 0));
+    rings.push_back(
+        testing_support::Circle(cx, cy, 20 + std::rand() % 400, 5 + std::rand() % 30, i % 2 == 0));
   }
   ScopedLayer all({});
   for (const Ring& r : rings)
     all.layer.AddContourAtEnd(NewContour(r));
   all.layer.BEPAAL_EXTREMA();
   const MSliceFileParameters p = Grid(23, 5);
-  Columns merged = ScanX(all.layer, p);
+  Columns merged = Scan(all.layer, p);
   for (auto& c : merged)
     c.second.clear();
   for (const Ring& r : rings) {
     ScopedLayer one({r});
     one.layer.MaxX = all.layer.MaxX;  // the same grid
-    const Columns alone = ScanX(one.layer, p);
+    const Columns alone = Scan(one.layer, p);
     for (size_t k = 0; k < alone.size(); ++k) {
       merged[k].second.insert(merged[k].second.end(), alone[k].second.begin(), alone[k].second.end());
     }
   }
   for (auto& c : merged)
     std::sort(c.second.begin(), c.second.end());
-  EXPECT_EQ(ScanX(all.layer, p), merged);
+  EXPECT_EQ(Scan(all.layer, p), merged);
 }

@@ -5,19 +5,13 @@
 #include <cmath>
 #include <vector>
 
-#include "layer/contour_layer.h"
-#include "scan/slice_file_parameters.h"
-#include "scan/tabel.h"
-#include "support/layer_builders.h"
 #include "support/scan_tables.h"
 
 using testing_support::Circle;
 using testing_support::Columns;
-using testing_support::ColumnsOf;
 using testing_support::InsideEvenOdd;
 using testing_support::NewContour;
 using testing_support::Rectangle;
-using testing_support::ScopedTable;
 
 namespace {
 
@@ -119,17 +113,7 @@ void CheckColumn(const CONTOUR_LAYER& layer, const Axis& axis, const testing_sup
 }
 
 void CheckScan(CONTOUR_LAYER& layer, const Axis& axis, int32_t distance, int32_t shift, size_t columns) {
-  MSliceFileParameters p;
-  p.XHatchDistance = p.YHatchDistance = distance;
-  p.XHatchShift = p.YHatchShift = shift;
-  ScopedTable table;
-  if (axis.alongX) {
-    layer.X_ARCEER_LAAG(&table.root, p, nullptr);
-  } else {
-    layer.Y_ARCEER_LAAG(&table.root, p, nullptr);
-  }
-  ASSERT_EQ(testing_support::CheckTable(table.root), "");
-  const Columns result = ColumnsOf(table.root);
+  const Columns result = testing_support::Scan(layer, testing_support::Grid(distance, shift), axis.alongX);
   ASSERT_EQ(result.size(), columns);
   for (const auto& column : result)
     CheckColumn(layer, axis, column);

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "scan/grid_step.h"
-#include "scan/slice_file_parameters.h"
 #include "support/scan_tables.h"
+#include "support/vector_blocks.h"
+
+using namespace kelvor2d_detail;  // the internal grid helpers
 
 using testing_support::CheckTable;
 using testing_support::Columns;
@@ -12,49 +14,33 @@ using testing_support::ColumnsOf;
 using testing_support::Describe;
 using testing_support::ScopedTable;
 
-TEST(Tabel, FreshRecordsAreEmpty) {
-  TABEL root;
-  EXPECT_EQ(root.Position, 0);
-  EXPECT_EQ(root.Next, nullptr);
-  LEEG_TABEL(&root);
-  EXPECT_EQ(root.Position, 0);
-  EXPECT_EQ(root.Next, nullptr);
-  MSliceFileParameters p;
-  EXPECT_EQ(p.XHatchDistance, 0);
-  EXPECT_FALSE(p.AlternateHatchShift);
-  EXPECT_EQ(p.MeanderConnectDistance, 0);
-}
+using testing_support::ExtentsOf;
 
-TEST(Tabel, FirstColumnBuildsThreeRecords) {
+TEST(Tabel, ColumnsGoInOrderBetweenSentinelsAndNewerFirstAtOnePosition) {
   ScopedTable t;
-  VOEG_KOLOM_IN_TABEL(&t.root, 7);
-  EXPECT_EQ(t.root.Position, 1);
-  TABEL* column = t.root.Next;
-  ASSERT_NE(column, nullptr);
-  EXPECT_EQ(column->Position, 7);
-  EXPECT_EQ(column->Prev->Position, INT32_MIN);
-  EXPECT_EQ(column->Prev->Prev, nullptr);
-  EXPECT_EQ(column->Next->Position, INT32_MAX);
-  EXPECT_EQ(column->Next->Next, nullptr);
-  EXPECT_EQ(column->Prev->List->Value, 0);
-  EXPECT_EQ(column->Next->List->Next, nullptr);
-  EXPECT_EQ(CheckTable(t.root), "");
-}
-
-TEST(Tabel, ColumnsGoInOrderAndNewerFirstAtOnePosition) {
-  ScopedTable t;
+  LEEG_TABEL(&t.root);  // a fresh root empties to itself
   VOEG_KOLOM_IN_TABEL(&t.root, 10);
+  EXPECT_EQ(CheckTable(t.root), "");
+  EXPECT_EQ(t.root.Next->Prev->List->Value, 0);  // sentinels carry empty lists
+  EXPECT_EQ(t.root.Next->Next->List->Next, nullptr);
   VOEG_KOLOM_IN_TABEL(&t.root, 30);
   VOEG_KOLOM_IN_TABEL(&t.root, 20);
   TABEL* older = t.root.Next->Next;  // the column at 20
   VOEG_KOLOM_IN_TABEL(&t.root, 20);
   VOEG_KOLOM_IN_TABEL(&t.root, -5);
   EXPECT_EQ(t.root.Next->Position, -5);
-  EXPECT_EQ(t.root.Position, 5);
   EXPECT_EQ(Describe(ColumnsOf(t.root)), "-5:{} 10:{} 20:{} 20:{} 30:{} ");
   EXPECT_EQ(older->Prev->Position, 20);
   EXPECT_NE(older->Prev, older);
   EXPECT_EQ(CheckTable(t.root), "");
+  // Removing a column relinks its neighbours; a null column is ignored.
+  TABEL* middle = older->Prev;
+  HAAL_LIJST_UIT_TABEL(&middle);
+  t.root.Position--;
+  EXPECT_EQ(Describe(ColumnsOf(t.root)), "-5:{} 10:{} 20:{} 30:{} ");
+  EXPECT_EQ(CheckTable(t.root), "");
+  TABEL* none = nullptr;
+  HAAL_LIJST_UIT_TABEL(&none);
 }
 
 TEST(Tabel, Tabel2SharesTheBehaviour) {
@@ -83,49 +69,28 @@ TEST(Tabel, CopyIsDeepAndEmptyCopyAllocatesNothing) {
   EXPECT_EQ(CheckTable(copy.root), "");
   ASSERT_NE(handedOver->List, nullptr);
   EXPECT_NE(copy.root.Next->List, source.root.Next->List);
-
-  ScopedTable empty;
-  ScopedTable target;
+  ScopedTable empty, target;
   target.root.Position = 99;
   COPIEER_TABEL(&target.root, empty.root);
   EXPECT_EQ(target.root.Position, 0);
   EXPECT_EQ(target.root.Next, nullptr);
 }
 
-TEST(Tabel, RemovingAColumnRelinksItsNeighbours) {
-  ScopedTable t({{1, {}}, {2, {}}, {3, {}}});
-  TABEL* middle = t.root.Next->Next;
-  HAAL_LIJST_UIT_TABEL(&middle);
-  t.root.Position--;
-  EXPECT_EQ(Describe(ColumnsOf(t.root)), "1:{} 3:{} ");
-  EXPECT_EQ(CheckTable(t.root), "");
-  TABEL* none = nullptr;
-  HAAL_LIJST_UIT_TABEL(&none);
-}
-
 TEST(Tabel, ExtremaGrowAlongTheTablesAxes) {
   BOX untouched = {0, 0, 1, 1};
   BEPAAL_X_EXTREMA(nullptr, untouched);
   ScopedTable empty;
-  BEPAAL_Y_EXTREMA(&empty.root, untouched);
+  BEPAAL_X_EXTREMA(&empty.root, untouched);
   ScopedTable noCrossing({{-50, {}}, {50, {}}});
-  BEPAAL_X_EXTREMA(&noCrossing.root, untouched);
-  EXPECT_EQ(untouched.MinX, 0);
-  EXPECT_EQ(untouched.MaxX, 1);
-
+  BEPAAL_Y_EXTREMA(&noCrossing.root, untouched);
+  EXPECT_EQ(ExtentsOf(untouched), "0 0 1 1");
   ScopedTable t({{-10, {}}, {5, {3, 9}}, {20, {-4, 2}}, {90, {}}});
   BOX x = {INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
   BEPAAL_X_EXTREMA(&t.root, x);
-  EXPECT_EQ(x.MinX, 5);
-  EXPECT_EQ(x.MaxX, 20);
-  EXPECT_EQ(x.MinY, -4);
-  EXPECT_EQ(x.MaxY, 9);
+  EXPECT_EQ(ExtentsOf(x), "5 -4 20 9");
   BOX y = {0, 0, 0, 0};
   BEPAAL_Y_EXTREMA(&t.root, y);
-  EXPECT_EQ(y.MinX, -4);
-  EXPECT_EQ(y.MaxX, 9);
-  EXPECT_EQ(y.MinY, 0);
-  EXPECT_EQ(y.MaxY, 20);
+  EXPECT_EQ(ExtentsOf(y), "-4 0 9 20");
 }
 
 TEST(Tabel, BreakLaysOnePatternOverAllColumns) {

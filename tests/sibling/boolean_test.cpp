@@ -220,6 +220,19 @@ TEST(BooleanEngine, CoordinatesAtTheEndsOfTheRange) {
   ExpectSimpleClosed(r, "range ends");
 }
 
+// Split points whose whole part is INT32_MIN on lines running towards smaller
+// coordinates (found by fuzzing: the sort key once overflowed there).
+TEST(BooleanEngine, UnionOfSquaresFromTheLowestCoordinate) {
+  const std::vector<Loop> a = {Square(INT32_MIN, INT32_MIN, 715827882, 715827882)};
+  const std::vector<Loop> b = {Square(-715827883, -715827883, INT32_MAX, INT32_MAX)};
+  M2dBoolean engine;
+  const Result r = Combine(a, b, 0, false, engine);
+  ASSERT_EQ(r.rings.size(), 1u);
+  const double side = 2863311530.0, overlap = 1431655765.0;
+  EXPECT_NEAR(r.area, 2.0 * side * side - overlap * overlap, side * 4.0);
+  ExpectSimpleClosed(r, "union from the lowest coordinate");
+}
+
 // True when the points turn strictly clockwise around (cx, cy), each step by
 // less than half a turn and once around in all: the loop is then simple.
 bool TurnsOnceClockwise(const Loop& loop, int32_t cx, int32_t cy) {

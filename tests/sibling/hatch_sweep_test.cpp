@@ -23,9 +23,11 @@ class Sweeper : public MHatcherBase {
 
  private:
   void Insert(MTempListElement<M2dTempElement>* e) {
-    if (e == nullptr) return;
+    if (e == nullptr)
+      return;
     MTempListElement<M2dTempElement>* below = m_SweepList.High;
-    while (below != nullptr && below->Key > e->Key) below = below->Lower;
+    while (below != nullptr && below->Key > e->Key)
+      below = below->Lower;
     e->Lower = below;
     e->Higher = below != nullptr ? below->Higher : m_SweepList.Low;
     (e->Higher != nullptr ? e->Higher->Lower : m_SweepList.High) = e;
@@ -36,47 +38,40 @@ class Sweeper : public MHatcherBase {
 
 std::vector<MHatchVector> Vectors(MHatchLayer& layer) {
   std::vector<MHatchVector> v;
-  for (auto* e = layer.FirstVector; e != nullptr; e = e->Next) v.push_back(e->Data);
+  for (auto* e = layer.FirstVector; e != nullptr; e = e->Next)
+    v.push_back(e->Data);
   return v;
 }
 
 }  // namespace
 
-TEST(HatchSweep, SquareGivesOneRunPerInnerLineAndNoneOnItsSides) {
-  Sweeper s;
-  s.AddRing({{0, 0}, {0, 100}, {100, 100}, {100, 0}});
-  s.Sweep(50);
-  auto v = Vectors(s.GetHatchLayer());
-  ASSERT_EQ(v.size(), 1u);  // lines at 0 and 100 lie along edges
-  EXPECT_EQ(v[0].Position, 50);
-  EXPECT_EQ(v[0].Start, 0);
-  EXPECT_EQ(v[0].End, 100);
-}
-
 TEST(HatchSweep, VertexRuleCountsPassThroughOnceAndTurningPointsNever) {
-  Sweeper s;
-  // Diamond with tips on the lines x = 0 and x = 20, a pass-through vertex
-  // (10, 15) on the line x = 10 on its upper side.
-  s.AddRing({{0, 0}, {10, 15}, {20, 0}, {10, -10}});
-  s.Sweep(10);
-  auto v = Vectors(s.GetHatchLayer());
-  ASSERT_EQ(v.size(), 1u);
-  EXPECT_EQ(v[0].Position, 10);
-  EXPECT_EQ(v[0].Start, -10);
-  EXPECT_EQ(v[0].End, 15);
-}
-
-TEST(HatchSweep, ShiftMovesTheGridAndTheListIsEmptiedAfterwards) {
-  Sweeper s;
-  s.SetShift(5);
-  s.AddRing({{0, 0}, {0, 10}, {30, 10}, {30, 0}});
-  s.Sweep(10);
-  auto v = Vectors(s.GetHatchLayer());
-  ASSERT_EQ(v.size(), 3u);
-  EXPECT_EQ(v[0].Position, 5);
-  EXPECT_EQ(v[2].Position, 25);
-  s.Sweep(10);  // nothing left to sweep
-  EXPECT_EQ(s.GetHatchLayer().VectorCount, 3);
+  const struct {
+    const char* what;
+    std::vector<std::pair<int32_t, int32_t>> ring;
+    int32_t shift, distance;
+    std::vector<std::vector<int32_t>> expected;  // position, start, end of each run
+  } cases[] = {
+      {"square: lines at 0 and 100 lie along its sides",
+       {{0, 0}, {0, 100}, {100, 100}, {100, 0}},
+       0,
+       50,
+       {{50, 0, 100}}},
+      // tips on the lines x = 0 and x = 20, a pass-through vertex (10, 15) on the line x = 10
+      {"diamond", {{0, 0}, {10, 15}, {20, 0}, {10, -10}}, 0, 10, {{10, -10, 15}}},
+      {"shifted grid", {{0, 0}, {0, 10}, {30, 10}, {30, 0}}, 5, 10, {{5, 0, 10}, {15, 0, 10}, {25, 0, 10}}},
+  };
+  for (const auto& c : cases) {
+    Sweeper s;
+    s.SetShift(c.shift);
+    s.AddRing(c.ring);
+    s.Sweep(c.distance);
+    s.Sweep(c.distance);  // the list is emptied by the first sweep: nothing more
+    std::vector<std::vector<int32_t>> runs;
+    for (const MHatchVector& v : Vectors(s.GetHatchLayer()))
+      runs.push_back({v.Position, v.Start, v.End});
+    EXPECT_EQ(runs, c.expected) << c.what;
+  }
 }
 
 TEST(HatchSweep, FirstHatchPositionIsTheLeastMultipleNotBelow) {
@@ -90,11 +85,9 @@ TEST(HatchSweep, DirectionRoundTripsAndQuarterTurnIsExact) {
   MHatchDirection d(90.0);
   int32_t x = 10, y = 3;
   d.Transform(x, y);
-  EXPECT_EQ(x, -3);
-  EXPECT_EQ(y, 10);
+  EXPECT_TRUE(x == -3 && y == 10) << x << ", " << y;
   d.InverseTransform(x, y);
-  EXPECT_EQ(x, 10);
-  EXPECT_EQ(y, 3);
+  EXPECT_TRUE(x == 10 && y == 3) << x << ", " << y;
   MHatchDirection a(37.0);
   int32_t px = 123456, py = -65432;
   a.InverseTransform(px, py);
@@ -105,16 +98,15 @@ TEST(HatchSweep, DirectionRoundTripsAndQuarterTurnIsExact) {
 
 TEST(HatchLayer, AddVectorAppendsOrInsertsAfter) {
   MHatchLayer layer;
-  MHatchVector a{1, 0, 1}, b{2, 0, 1}, c{3, 0, 1};
-  layer.AddVector(a, nullptr);
-  layer.AddVector(c, nullptr);
-  layer.AddVector(b, layer.FirstVector);
-  auto v = Vectors(layer);
-  ASSERT_EQ(v.size(), 3u);
-  EXPECT_EQ(v[1].Position, 2);
-  layer.AddVector(a, nullptr);  // still appends at the true end
-  EXPECT_EQ(Vectors(layer).back().Position, 1);
+  MHatchVector v[] = {{1, 0, 1}, {2, 0, 1}, {3, 0, 1}, {4, 0, 1}};
+  layer.AddVector(v[0], nullptr);
+  layer.AddVector(v[2], nullptr);
+  layer.AddVector(v[1], layer.FirstVector);
+  layer.AddVector(v[3], nullptr);  // still appends at the true end
+  std::vector<int32_t> positions;
+  for (const MHatchVector& v : Vectors(layer))
+    positions.push_back(v.Position);
+  EXPECT_EQ(positions, (std::vector<int32_t>{1, 2, 3, 4}));
   layer.Clear();
-  EXPECT_EQ(layer.VectorCount, 0);
-  EXPECT_EQ(layer.FirstVector, nullptr);
+  EXPECT_TRUE(layer.VectorCount == 0 && layer.FirstVector == nullptr);
 }

@@ -4,42 +4,40 @@
 
 #include <random>
 
-TEST(MSAXStreamBinaryOut, AppendsLittleEndianValues) {
+TEST(MSAXStreamBinary, WritesAndReadsLittleEndianValuesAndFailsPastTheEnd) {
   MSAXStreamBinaryOut out;
-  out << 1 << -1 << 0x12345678;
-  EXPECT_EQ(out.Bytes(), std::string("\x01\0\0\0\xff\xff\xff\xff\x78\x56\x34\x12", 12));
+  out << 0x12345678 << -1 << INT32_MIN;
+  EXPECT_EQ(out.Bytes(), std::string("\x78\x56\x34\x12\xff\xff\xff\xff\0\0\0\x80", 12));
+  MSAXStreamBinaryIn in(out.Bytes());
   out.Clear();
   EXPECT_TRUE(out.Bytes().empty());
-}
-
-TEST(MSAXStreamBinaryIn, ReadsLittleEndianValuesAndFailsPastTheEnd) {
-  MSAXStreamBinaryIn in(std::string("\x78\x56\x34\x12\x00\x00\x00\x80", 8));
-  int32_t a = 0, b = 0, c = 7;
-  EXPECT_EQ(in.Remaining(), 2u);
-  in >> a >> b;
-  EXPECT_EQ(a, 0x12345678);
-  EXPECT_EQ(b, INT32_MIN);
-  EXPECT_TRUE(in.Good());
-  EXPECT_TRUE(in.AtEnd());
-  in >> c;
-  EXPECT_EQ(c, 0);
+  int32_t a = 0, b = 0, c = 0, d = 7;
+  EXPECT_EQ(in.Remaining(), 3u);
+  in >> a >> b >> c;
+  EXPECT_TRUE(a == 0x12345678 && b == -1 && c == INT32_MIN);
+  EXPECT_TRUE(in.Good() && in.AtEnd());
+  in >> d;
+  EXPECT_EQ(d, 0);
   EXPECT_FALSE(in.Good());
 }
 
 TEST(Base64, EncodesInLinesOf76Characters) {
-  std::string text;
-  AppendBase64("foob", text);
-  EXPECT_EQ(text, "Zm9vYg==\n");
-  text.clear();
-  AppendBase64("", text);
-  EXPECT_EQ(text, "");
-  text.clear();
-  AppendBase64(std::string(57, 'a'), text);  // exactly one full line
-  EXPECT_EQ(text.size(), 77u);
-  EXPECT_EQ(text.back(), '\n');
-  text.clear();
-  AppendBase64(std::string(60, 'a'), text);
-  EXPECT_EQ(text, std::string(text.substr(0, 76)) + "\nYWFh\n");
+  std::string fullLine;  // 57 bytes "aaa..." make one full line of 76 characters
+  for (int i = 0; i < 19; ++i)
+    fullLine += "YWFh";
+  const struct {
+    std::string bytes, text;
+  } cases[] = {
+      {"foob", "Zm9vYg==\n"},
+      {"", ""},
+      {std::string(57, 'a'), fullLine + "\n"},
+      {std::string(60, 'a'), fullLine + "\nYWFh\n"},
+  };
+  for (const auto& c : cases) {
+    std::string text;
+    AppendBase64(c.bytes, text);
+    EXPECT_EQ(text, c.text) << c.bytes.size() << " bytes";
+  }
 }
 
 TEST(Base64, DecodesWhatItEncodesWhateverTheLength) {
@@ -60,18 +58,14 @@ TEST(Base64, RejectsMalformedTextWithAReason) {
   const struct {
     const char* text;
     const char* reason;
-  } cases[] = {
-      {"Zm9vYg!=", "byte 0x21 at offset 6"},
-      {"Zm9vYg=", "ends inside a group"},
-      {"Zm9vY", "ends inside a group"},
-      {"Zm9v=Yg==", "misplaced '='"},
-      {"Zm9vYg==Zm9vYg==", "misplaced '='"},
-      {"Zm9vYg===", "misplaced '='"},
-      {"====", "misplaced '='"},
-      {"Zm9v", "not a whole number of 32-bit values"},
-      {"Zm9vYmE=", "not a whole number of 32-bit values"},
-      {"Zm9v\xc3\xa9", "byte 0xc3"},
-  };
+  } cases[] = {{"Zm9vYg!=", "byte 0x21 at offset 6"},
+               {"Zm9vYg=", "ends inside a group"},
+               {"Zm9vY", "ends inside a group"},
+               {"Zm9v=Yg==", "misplaced '='"},
+               {"Zm9vYg==Zm9vYg==", "misplaced '='"},
+               {"Zm9vYg===", "misplaced '='"},
+               {"Zm9vYmE=", "not a whole number of 32-bit values"},
+               {"Zm9v\xc3\xa9", "byte 0xc3"}};
   for (const auto& c : cases) {
     std::string bytes, problem;
     EXPECT_FALSE(DecodeBase64(c.text, bytes, problem)) << c.text;

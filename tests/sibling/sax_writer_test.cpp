@@ -41,44 +41,25 @@ std::string Document(std::function<bool(MSAXWriter&)> write, bool* ok = nullptr,
 
 }  // namespace
 
-TEST(MSAXWriter, WritesIndentedElementsWithEscapedText) {
+TEST(MSAXWriter, WritesIndentedElementsWithEscapedUtf8TextAndNamedBase64Streams) {
   const std::string document = Document([](MSAXWriter& writer) {
     MSAXTagWriter root(writer, L"Root");
-    WriteText(writer, L"A", L"1");
-    WriteText(writer, L"B", L"x & <y> \"q\"\r");
-    MSAXTagWriter inner(writer, L"Inner");
-    return true;
-  });
-  EXPECT_EQ(document,
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Root>\n  <A>1</A>\n"
-            "  <B>x &amp; &lt;y&gt; \"q\"&#13;</B>\n  <Inner></Inner>\n</Root>\n");
-}
-
-TEST(MSAXWriter, EncodesWideTextAsUtf8AndReplacesWhatXmlForbids) {
-  const std::string document = Document([](MSAXWriter& writer) {
-    WriteText(writer, L"T",
+    WriteText(writer, L"A", L"x & <y> \"q\"\r");
+    WriteText(writer, L"T",  // what XML forbids becomes U+FFFD
               std::wstring(L"\u00e9\u20ac\U0001F600") + wchar_t(1) + wchar_t(0xD800) + wchar_t(0x110000));
-    return true;
-  });
-  EXPECT_NE(document.find("<T>\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd</T>"),
-            std::string::npos)
-      << document;
-}
-
-TEST(MSAXWriter, WritesBinaryStreamsAsBase64WithTheirName) {
-  const std::string document = Document([](MSAXWriter& writer) {
-    MSAXTagWriter root(writer, L"Root");
     MSAXWriterBinaryStream* named = writer.CreateBinaryStream("s\"<1>&");
     named->GetBinaryOut() << 1 << 0x7fffffff;
     writer.WriteBinaryStream(L"Data", *named);
     EXPECT_TRUE(named->GetBinaryOut().Bytes().empty());
     writer.WriteBinaryStream(L"Empty", *writer.CreateBinaryStream());
+    MSAXTagWriter inner(writer, L"Inner");
     return true;
   });
-  EXPECT_NE(document.find("  <Data stream=\"s&quot;&lt;1&gt;&amp;\">\nAQAAAP///38=\n  </Data>\n"),
-            std::string::npos)
-      << document;
-  EXPECT_NE(document.find("  <Empty></Empty>\n"), std::string::npos) << document;
+  EXPECT_EQ(document,
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Root>\n  <A>x &amp; &lt;y&gt; \"q\"&#13;</A>\n"
+            "  <T>\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd</T>\n"
+            "  <Data stream=\"s&quot;&lt;1&gt;&amp;\">\nAQAAAP///38=\n  </Data>\n  <Empty></Empty>\n"
+            "  <Inner></Inner>\n</Root>\n");
 }
 
 TEST(MSAXTagWriter, ClosesItsElementWhenTheHandlerLeavesEarly) {
@@ -100,7 +81,6 @@ TEST(MSAXWriter, FailsOnMisuseAndSaysWhy) {
     std::function<bool(MSAXWriter&)> write;
   } cases[] = {
       {"invalid element name", [](MSAXWriter& w) { return w.StartTag(L"1abc"), true; }},
-      {"invalid element name", [](MSAXWriter& w) { return w.StartTag(L"a b"), true; }},
       {"invalid element name", [](MSAXWriter& w) { return w.StartTag(L""), true; }},
       {"does not match", [](MSAXWriter& w) { return w.StartTag(L"A"), w.EndTag(L"B"), true; }},
       {"a second root",

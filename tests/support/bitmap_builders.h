@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <iterator>
 #include <vector>
 
@@ -25,21 +24,11 @@ inline BitmapBorder MakeBorder(const std::vector<std::vector<MMPoint2d<long>>>& 
   return border;
 }
 
-// The points of a border contour from its first point, in ring order.
-template <class Contour>
-std::vector<MMPoint2d<long>> RingPoints(const Contour& contour) {
-  std::vector<MMPoint2d<long>> points;
-  const auto* p = contour.GetFirstPoint();
-  for (uint32_t i = 0; i < contour.GetNumPoints(); ++i, p = p->next)
-    points.push_back({p->x, p->y});
-  return points;
-}
-
 // Opens the protected steps of a part to the tests; also a copy of any part,
 // to read its points.
 class PartProbe : public MContourYSplittedPart {
  public:
-  explicit PartProbe(bool adding, std::initializer_list<MContourHelperPoint> pts = {})
+  explicit PartProbe(bool adding, const std::vector<MContourHelperPoint>& pts = {})
       : MContourYSplittedPart(adding) {
     for (const auto& p : pts)
       PushPoint(p);

@@ -2,11 +2,13 @@
 // plain values, and the blocks of a vector layer as coordinate lists.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
+#include <cstdlib>
+#include <iterator>
+#include <ostream>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "layer/number_lists.h"
@@ -20,33 +22,51 @@ using Coordinates = std::vector<int32_t>;
 using Blocks = std::vector<Coordinates>;
 
 // One column of a literal table: its position and its crossings in list order.
-struct ColumnSpec {
+struct TableColumn {
   int32_t position;
   std::vector<int32_t> crossings;
+  bool operator==(const TableColumn& o) const { return position == o.position && crossings == o.crossings; }
 };
+using Columns = std::vector<TableColumn>;
 
-inline bool operator==(const ColumnSpec& a, const ColumnSpec& b) {
-  return a.position == b.position && a.crossings == b.crossings;
+inline std::ostream& operator<<(std::ostream& out, const TableColumn& c) {
+  out << c.position << ":(";
+  for (int32_t v : c.crossings)
+    out << " " << v;
+  return out << " )";
 }
 
-inline std::ostream& operator<<(std::ostream& out, const ColumnSpec& c) {
-  out << c.position << ":(";
-  for (size_t i = 0; i < c.crossings.size(); ++i)
-    out << (i ? " " : "") << c.crossings[i];
-  return out << ")";
+// Number lists written as text: numbers apart by spaces, lists by ';', a ':'
+// reads as a space ("0 0 0 10; 3 14 3 0"); "" is no list at all.
+inline Blocks Lists(std::string text) {
+  std::replace(text.begin(), text.end(), ':', ' ');
+  Blocks out;
+  std::istringstream in(text);
+  for (std::string part; std::getline(in, part, ';');) {
+    std::istringstream numbers(part);
+    out.emplace_back(std::istream_iterator<int32_t>(numbers), std::istream_iterator<int32_t>());
+  }
+  return out;
+}
+
+// A table written as text, "position: crossings" per column ("0: 0 10; 5:").
+inline Columns Table(const std::string& text) {
+  Columns out;
+  for (const Coordinates& list : Lists(text))
+    out.push_back({list[0], Coordinates(list.begin() + 1, list.end())});
+  return out;
 }
 
 // A table root that frees its columns when it goes out of scope.
 class ScopedTable {
  public:
-  ScopedTable() = default;
   // Columns at increasing, distinct positions; crossings appended as given,
   // so odd or unsorted lists can be written too.
-  explicit ScopedTable(const std::vector<ColumnSpec>& columns) {
-    for (const ColumnSpec& c : columns)
+  explicit ScopedTable(const Columns& columns = {}) {
+    for (const TableColumn& c : columns)
       VOEG_KOLOM_IN_TABEL(&root, c.position);
     TABEL* column = root.Next;
-    for (const ColumnSpec& c : columns) {
+    for (const TableColumn& c : columns) {
       for (int32_t v : c.crossings)
         VOEG_ACHTER_L_LIJST(column->List, v);
       column = column->Next;
@@ -56,12 +76,17 @@ class ScopedTable {
   ScopedTable(const ScopedTable&) = delete;
   ScopedTable& operator=(const ScopedTable&) = delete;
 
-  // The real column at index i (0 is the first).
-  TABEL* Column(int i) {
+  // Frees the list of the real column at index i (0 is the first) and leaves
+  // a null List there; a negative index does nothing.
+  void DropList(int i) {
+    if (i < 0)
+      return;
     TABEL* c = root.Next;
     while (i-- > 0)
       c = c->Next;
-    return c;
+    LEEG_L_LIJST(c->List);
+    free(c->List);
+    c->List = nullptr;
   }
 
   TABEL root;
@@ -69,56 +94,37 @@ class ScopedTable {
 
 // The real columns of a table with the elements their chains hold (not the
 // counts, which consuming walks leave out of date).
-inline std::vector<ColumnSpec> ColumnsOf(const TABEL& root) {
-  std::vector<ColumnSpec> out;
+inline Columns ColumnsOf(const TABEL& root) {
+  Columns out;
   for (const TABEL* c = root.Next; c != nullptr && c->Next != nullptr; c = c->Next) {
-    ColumnSpec spec{c->Position, {}};
-    if (c->List != nullptr) {
-      for (const L_LIST* e = c->List->Next; e != nullptr; e = e->Next)
-        spec.crossings.push_back(e->Value);
-    }
-    out.push_back(spec);
+    TableColumn column{c->Position, {}};
+    for (const L_LIST* e = c->List != nullptr ? c->List->Next : nullptr; e != nullptr; e = e->Next)
+      column.crossings.push_back(e->Value);
+    out.push_back(column);
   }
   return out;
 }
 
-// Total number of crossings in columns read back from a table.
-inline size_t CrossingsIn(const std::vector<ColumnSpec>& columns) {
-  size_t n = 0;
-  for (const ColumnSpec& c : columns)
-    n += c.crossings.size();
-  return n;
-}
-
-// Printable form of a table, for SCOPED_TRACE.
-inline std::string Describe(const std::vector<ColumnSpec>& columns) {
-  std::ostringstream out;
-  for (const ColumnSpec& c : columns)
-    out << c << " ";
-  return out.str();
+// Every crossing left in a table, column after column.
+inline std::vector<int32_t> CrossingsOf(const TABEL& root) {
+  std::vector<int32_t> out;
+  for (const TableColumn& c : ColumnsOf(root))
+    out.insert(out.end(), c.crossings.begin(), c.crossings.end());
+  return out;
 }
 
 // The coordinates of every block of a layer, in chain order.
 inline Blocks BlocksOf(const VECTOR_LAYER& layer) {
   Blocks out;
-  for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock) {
-    out.emplace_back(b->Block, b->Block + b->Size);
-  }
-  return out;
-}
-
-// The types of every block of a layer, in chain order.
-inline std::vector<uint16_t> TypesOf(const VECTOR_LAYER& layer) {
-  std::vector<uint16_t> out;
   for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock)
-    out.push_back(b->Type);
+    out.emplace_back(b->Block, b->Block + b->Size);
   return out;
 }
 
 // Tables that tell walks apart: X columns at x = 1000 and 1005, Y columns at
 // y = 2000 and 2005, one run (0, 10) each.
-inline const std::vector<ColumnSpec> kSignatureXTable = {{1000, {0, 10}}, {1005, {0, 10}}};
-inline const std::vector<ColumnSpec> kSignatureYTable = {{2000, {0, 10}}, {2005, {0, 10}}};
+inline const Columns kSignatureXTable = {{1000, {0, 10}}, {1005, {0, 10}}};
+inline const Columns kSignatureYTable = {{2000, {0, 10}}, {2005, {0, 10}}};
 
 // For each block from `first` on, made from the signature tables: "X0 " or
 // "Y0 " when its walk began at the low end, "X1 " or "Y1 " at the high end.

@@ -89,19 +89,13 @@ class RepeatingStreambuf : public std::streambuf {
 
  protected:
   int_type underflow() override {
-    std::string* next = nullptr;
-    if (stage_ == 0) {
-      next = &head_;
-      stage_ = 1;
-    } else if (stage_ == 1 && repeats_ > 0) {
-      --repeats_;
-      next = &filler_;
-    } else if (stage_ == 1) {
-      next = &tail_;
-      stage_ = 2;
-    } else {
+    std::string* next = piece_ == 0              ? &head_
+                        : piece_ <= repeats_     ? &filler_
+                        : piece_ == repeats_ + 1 ? &tail_
+                                                 : nullptr;
+    if (next == nullptr)
       return traits_type::eof();
-    }
+    ++piece_;
     if (next->empty())
       return underflow();
     setg(next->data(), next->data(), next->data() + next->size());
@@ -111,7 +105,7 @@ class RepeatingStreambuf : public std::streambuf {
  private:
   std::string head_, filler_, tail_;
   size_t repeats_;
-  int stage_ = 0;
+  size_t piece_ = 0;  // the next piece: 0 head, 1..repeats filler, repeats + 1 tail
 };
 
 }  // namespace testing_support

@@ -1,6 +1,9 @@
 // Helpers for tests of scan tables: build a table from columns of values,
-// read it back, and check the chain's invariants. Header-only.
+// read it back, check the chain's invariants, and scan-convert small layers.
+// Header-only.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <sstream>
@@ -8,8 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "layer/contour_layer.h"
 #include "layer/number_lists.h"
+#include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
+#include "support/layer_builders.h"
 
 namespace testing_support {
 
@@ -59,6 +65,21 @@ inline std::string Describe(const Columns& columns) {
   return out.str();
 }
 
+// The columns written as Describe writes them, e.g. "0:{1,5} 10:{}".
+inline Columns ParseColumns(const std::string& text) {
+  Columns columns;
+  std::istringstream in(text);
+  for (std::string token; in >> token;) {
+    const size_t colon = token.find(':');
+    Column c{std::stoi(token.substr(0, colon)), {}};
+    std::istringstream values(token.substr(colon + 2, token.size() - colon - 3));
+    for (std::string v; std::getline(values, v, ',');)
+      c.second.push_back(std::stoi(v));
+    columns.push_back(c);
+  }
+  return columns;
+}
+
 // Empty string when the chain holds the invariants of a table: sentinels at
 // both ends, links both ways, root count and Next, sorted positions, and list
 // counts that match their elements; otherwise what is wrong.
@@ -92,9 +113,41 @@ struct ScopedTable {
   TABEL root;
   ScopedTable() = default;
   explicit ScopedTable(const Columns& columns) { FillTable(root, columns); }
+  explicit ScopedTable(const char* text) { FillTable(root, ParseColumns(text)); }
   ~ScopedTable() { LEEG_TABEL(&root); }
   ScopedTable(const ScopedTable&) = delete;
   ScopedTable& operator=(const ScopedTable&) = delete;
 };
+
+// A layer of closed (or `closed`) rings that releases them at the end of a test.
+struct ScopedLayer {
+  CONTOUR_LAYER layer;
+  ScopedLayer(std::initializer_list<std::vector<MMPoint2d<long>>> rings, unsigned char closed = 1) {
+    for (const auto& r : rings)
+      layer.AddContourAtEnd(NewContour(r, closed));
+    layer.BEPAAL_EXTREMA();
+  }
+  ~ScopedLayer() { layer.LEEG_LAAG(); }
+};
+
+// Hatch parameters with the same distance and shift along both axes.
+inline MSliceFileParameters Grid(int32_t distance, int32_t shift) {
+  MSliceFileParameters p;
+  p.XHatchDistance = p.YHatchDistance = distance;
+  p.XHatchShift = p.YHatchShift = shift;
+  return p;
+}
+
+// The X (or Y) table of a layer as columns, after checking its invariants.
+inline Columns Scan(CONTOUR_LAYER& layer, MSliceFileParameters p, bool alongX = true,
+                    L_LIST* extra = nullptr) {
+  ScopedTable t;
+  if (alongX)
+    layer.X_ARCEER_LAAG(&t.root, p, extra);
+  else
+    layer.Y_ARCEER_LAAG(&t.root, p, extra);
+  EXPECT_EQ(CheckTable(t.root), "");
+  return ColumnsOf(t.root);
+}
 
 }  // namespace testing_support

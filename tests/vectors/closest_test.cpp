@@ -15,11 +15,38 @@ using testing_support::BlockAt;
 using testing_support::Coordinates;
 using testing_support::ExtentsOf;
 using testing_support::FlattenPoints;
+using C = std::vector<int32_t>;
+
+// The points of a malloc'ed result, released (empty for null).
+C TakePoints(MMPoint2d<long>* points, int32_t count) {
+  C v = points == nullptr ? C{} : FlattenPoints(points, count);
+  free(points);
+  return v;
+}
 
 class ClosestSearch : public ::testing::Test {
  protected:
   void TearDown() override { layer.Clear(); }
+  bool Search(MMPoint2d<long> p, int32_t tolerance) {
+    return layer.SEARCH_CLOSEST_VECTOR(p, x1, y1, x2, y2, nearEnd, &block, distance, tolerance);
+  }
+  C Polyline(int32_t x, int32_t y, int32_t tolerance) {
+    int32_t count = -1;
+    MMPoint2d<long>* run = layer.GET_CLOSEST_VECTOR_POLYLINE(count, x, y, tolerance);
+    EXPECT_EQ(count == 0, run == nullptr);
+    return TakePoints(run, count);
+  }
+  // {found, x, y} after GET_CLOSEST_POINT from (x, y).
+  static C ClosestPoint(VECTOR_LAYER& l, int32_t x, int32_t y, bool endsOnly) {
+    const bool found = l.GET_CLOSEST_POINT(x, y, endsOnly);
+    return {found, x, y};
+  }
   VECTOR_LAYER layer;
+  int32_t dummy = 0;
+  int32_t *x1 = &dummy, *y1 = &dummy, *x2 = &dummy, *y2 = &dummy;
+  bool nearEnd = false;
+  VECTOR_BLOK* block = nullptr;
+  int32_t distance = 0;
 };
 
 }  // namespace
@@ -54,25 +81,20 @@ TEST(SquaredDistance, FootOnAxisAndSlantedSegments) {
   EXPECT_EQ(TruncatedDistance(34.81f), 5);  // 5.9 truncated
 }
 
-TEST_F(ClosestSearch, OnlySelectableTypesAreSearched) {
-  struct Case {
-    uint16_t type;
-    bool selectable;
-  };
-  const Case cases[] = {{0, false}, {1, true},   {2, false},   {32, false},  {33, true},
-                        {34, true}, {37, true},  {38, true},   {39, false},  {40, true},
-                        {41, true}, {42, false}, {105, false}, {257, false}, {0xFFFF, false}};
-  for (const Case& c : cases) {
-    VECTOR_LAYER l;
-    AddBlock(l, c.type, {0, 0, 10, 0});
-    int32_t x = 3, y = 3;
-    EXPECT_EQ(l.GET_CLOSEST_POINT(x, y, false), c.selectable) << "type " << c.type;
-    EXPECT_EQ(l.NUMBER_OF_OPEN_CONTOURS(), c.selectable ? 1 : 0) << "type " << c.type;
-    int32_t count = 0;
-    MMPoint2d<long>* run = l.GET_CLOSEST_VECTOR_POLYLINE(count, x, y, 100);
-    EXPECT_EQ(run != nullptr, c.selectable) << "type " << c.type;
-    free(run);
-    l.Clear();
+TEST(ClosestSearchTypes, OnlySelectableTypesAreSearched) {
+  const uint16_t selectable[] = {1, 33, 34, 37, 38, 40, 41};
+  const uint16_t other[] = {0, 2, 32, 39, 42, 105, 257, 0xFFFF};
+  for (bool expected : {true, false}) {
+    for (uint16_t type : expected ? C(selectable, selectable + 7) : C(other, other + 8)) {
+      VECTOR_LAYER l;
+      AddBlock(l, type, {0, 0, 10, 0});
+      int32_t x = 3, y = 3, count = 0;
+      EXPECT_EQ(l.GET_CLOSEST_POINT(x, y, false), expected) << "type " << type;
+      EXPECT_EQ(l.NUMBER_OF_OPEN_CONTOURS(), expected ? 1 : 0) << "type " << type;
+      MMPoint2d<long>* run = l.GET_CLOSEST_VECTOR_POLYLINE(count, x, y, 100);
+      EXPECT_EQ(!TakePoints(run, count).empty(), expected) << "type " << type;
+      l.Clear();
+    }
   }
 }
 
@@ -80,56 +102,38 @@ TEST_F(ClosestSearch, SearchReportsNearestAndTolerance) {
   AddBlock(layer, 2, {0, 5, 10, 5});  // nearer, but not selectable
   AddBlock(layer, 33, {0, 0, 0, 0, 20, 20, 20, 30});
   VECTOR_BLOK* second = AddBlock(layer, 1, {0, 10, 10, 10});
-  int32_t dummy = 0;
-  int32_t *x1 = &dummy, *y1 = &dummy, *x2 = &dummy, *y2 = &dummy;
-  bool nearEnd = false;
-  VECTOR_BLOK* block = nullptr;
-  int32_t distance = 0;
-  EXPECT_FALSE(layer.SEARCH_CLOSEST_VECTOR({8, 4}, x1, y1, x2, y2, nearEnd, &block, distance, 6));
+  EXPECT_FALSE(Search({8, 4}, 6));
   EXPECT_EQ(distance, 6);  // beyond tolerance, but described
   EXPECT_EQ(block, second);
   EXPECT_TRUE(nearEnd);
-  EXPECT_TRUE(layer.SEARCH_CLOSEST_VECTOR({2, 4}, x1, y1, x2, y2, nearEnd, &block, distance, 7));
+  EXPECT_TRUE(Search({2, 4}, 7));
   EXPECT_FALSE(nearEnd);
   *y1 = 50;  // the pointers lie in the block
-  EXPECT_EQ(Coordinates(second), (std::vector<int32_t>{0, 50, 10, 10}));
-  EXPECT_TRUE(layer.SEARCH_CLOSEST_VECTOR({20, 25}, x1, y1, x2, y2, nearEnd, &block, distance, 1));
+  EXPECT_EQ(Coordinates(second), (C{0, 50, 10, 10}));
+  EXPECT_TRUE(Search({20, 25}, 1));
   EXPECT_EQ(distance, 0);
-  EXPECT_FALSE(layer.SEARCH_CLOSEST_VECTOR({20, 25}, x1, y1, x2, y2, nearEnd, &block, distance, 0));
+  EXPECT_FALSE(Search({20, 25}, 0));
 }
 
-TEST_F(ClosestSearch, SearchOnEmptyLayerLeavesOutputs) {
+TEST_F(ClosestSearch, NothingFoundLeavesOutputsAndTiesGoFirst) {
   AddBlock(layer, 1, {3, 3, 3, 3});  // a point vector is never nearest
-  int32_t dummy = 0;
-  int32_t *x1 = &dummy, *y1 = &dummy, *x2 = &dummy, *y2 = &dummy;
-  bool nearEnd = true;
-  VECTOR_BLOK* block = nullptr;
-  int32_t distance = 0;
-  EXPECT_FALSE(layer.SEARCH_CLOSEST_VECTOR({0, 0}, x1, y1, x2, y2, nearEnd, &block, distance, 100));
+  nearEnd = true;
+  EXPECT_FALSE(Search({0, 0}, 100));
   EXPECT_EQ(distance, INT32_MIN);
   EXPECT_EQ(x1, &dummy);
   EXPECT_EQ(block, nullptr);
   EXPECT_TRUE(nearEnd);
   EXPECT_EQ(ZOEK_DICHTSTE_LIJNSTUK_IN_VECTOR_LAYER(layer, {0, 0}, x1, y1, x2, y2, nearEnd), 0);
   EXPECT_EQ(x1, &dummy);
-}
-
-TEST_F(ClosestSearch, TieGoesToFirstInChainOrder) {
   VECTOR_BLOK* first = AddBlock(layer, 1, {0, 0, 10, 0});
   AddBlock(layer, 1, {0, 10, 10, 10});
-  int32_t *x1 = nullptr, *y1 = nullptr, *x2 = nullptr, *y2 = nullptr;
-  bool nearEnd = false;
-  VECTOR_BLOK* block = nullptr;
-  int32_t distance = 0;
-  EXPECT_TRUE(layer.SEARCH_CLOSEST_VECTOR({5, 5}, x1, y1, x2, y2, nearEnd, &block, distance, 10));
+  EXPECT_TRUE(Search({5, 5}, 10));
   EXPECT_EQ(block, first);
 }
 
 TEST_F(ClosestSearch, NearestSegmentOfContourTypeOnly) {
   AddBlock(layer, 33, {0, 1, 10, 1});
   VECTOR_BLOK* contourBlock = AddBlock(layer, 1, {0, 0, 0, 0, 0, 9, 10, 9});
-  int32_t *x1 = nullptr, *y1 = nullptr, *x2 = nullptr, *y2 = nullptr;
-  bool nearEnd = false;
   EXPECT_EQ(ZOEK_DICHTSTE_LIJNSTUK_IN_VECTOR_LAYER(layer, {9, 0}, x1, y1, x2, y2, nearEnd), 1);
   EXPECT_EQ(x1, contourBlock->Block + 4);
   EXPECT_TRUE(nearEnd);
@@ -142,74 +146,36 @@ TEST_F(ClosestSearch, RemoveClosestVectorIsStrictOnTolerance) {
   EXPECT_FALSE(layer.REMOVE_CLOSEST_VECTOR(x, y, 3));
   EXPECT_EQ(layer.FirstBlock->Size, 8);
   EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR(x, y, 4));
-  EXPECT_EQ(Coordinates(layer.FirstBlock), (std::vector<int32_t>{50, 50, 60, 60}));
+  EXPECT_EQ(BlockAt(layer, 0), (C{50, 50, 60, 60}));
   EXPECT_EQ(ExtentsOf(layer), "50 50 110 100");
   x = 105;
   y = 101;
   EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR(x, y, 2));
   EXPECT_EQ(layer.NumBlocks, 1);
   EXPECT_EQ(ExtentsOf(layer), "50 50 60 60");
-  EXPECT_EQ(x, 105);
 }
 
+// Removing the polyline under a cursor is covered by the editing scenario.
 TEST_F(ClosestSearch, PolylineThroughNearestVector) {
   // Run A, B, C, then a separate run D.
   AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 50, 50, 60, 50});
-  int32_t count = -1, x = 11, y = 5;
-  MMPoint2d<long>* run = layer.GET_CLOSEST_VECTOR_POLYLINE(count, x, y, 3);
-  ASSERT_NE(run, nullptr);
-  EXPECT_EQ(count, 6);
-  EXPECT_EQ(FlattenPoints(run, count), (std::vector<int32_t>{10, 0, 10, 10, 10, 10, 0, 10, 0, 0, 10, 0}));
-  free(run);
-  x = 55;
-  y = 52;
-  run = layer.GET_CLOSEST_VECTOR_POLYLINE(count, x, y, 3);
-  EXPECT_EQ(FlattenPoints(run, count), (std::vector<int32_t>{50, 50, 60, 50}));
-  free(run);
-  EXPECT_EQ(layer.GET_CLOSEST_VECTOR_POLYLINE(count, x, y, 2), nullptr);
-  EXPECT_EQ(count, 0);
-}
-
-TEST_F(ClosestSearch, RemovePolylineKeepsExtents) {
-  AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 50, 50, 60, 50});
-  AddBlock(layer, 1, {-5, -5, -9, -9});
-  layer.BEPAAL_EXTREMA();
-  int32_t x = 9, y = 1;
-  EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 5));
-  EXPECT_EQ(Coordinates(layer.FirstBlock), (std::vector<int32_t>{50, 50, 60, 50}));
-  x = -7;
-  y = -7;
-  EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 5));
-  EXPECT_EQ(layer.NumBlocks, 1);
-  EXPECT_EQ(ExtentsOf(layer), "-9 -9 60 50");
-  x = 500;
-  EXPECT_FALSE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 5));
+  EXPECT_EQ(Polyline(11, 5, 3), (C{10, 0, 10, 10, 10, 10, 0, 10, 0, 0, 10, 0}));
+  EXPECT_EQ(Polyline(55, 52, 3), (C{50, 50, 60, 50}));
+  EXPECT_EQ(Polyline(55, 52, 2), C{});
 }
 
 TEST_F(ClosestSearch, ClosestPointWithAndWithoutEndsOnly) {
   AddBlock(layer, 2, {4, 1, 0, 0});  // not selectable
   AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 20, 10});
-  int32_t x = 9, y = 1;
-  EXPECT_TRUE(layer.GET_CLOSEST_POINT(x, y, false));
-  EXPECT_EQ(x, 10);
-  EXPECT_EQ(y, 0);
-  x = 9;
-  y = 1;
-  EXPECT_TRUE(layer.GET_CLOSEST_POINT(x, y, true));  // only (0,0) and (20,10) count
-  EXPECT_EQ(x, 0);
-  EXPECT_EQ(y, 0);
+  EXPECT_EQ(ClosestPoint(layer, 9, 1, false), (C{1, 10, 0}));
+  EXPECT_EQ(ClosestPoint(layer, 9, 1, true), (C{1, 0, 0}));  // only (0,0) and (20,10) count
   VECTOR_LAYER none;
   AddBlock(none, 42, {1, 1, 2, 2});
-  x = 7;
-  y = 8;
-  EXPECT_FALSE(none.GET_CLOSEST_POINT(x, y, false));
-  EXPECT_EQ(x, 7);
-  EXPECT_EQ(y, 8);
+  EXPECT_EQ(ClosestPoint(none, 7, 8, false), (C{0, 7, 8}));
   none.Clear();
   LAYER whole;
   AddBlock(whole.Vectors, 1, {3, 4, 5, 6});
-  x = 0;
-  y = 0;
+  int32_t x = 0, y = 0;
   EXPECT_TRUE(whole.GET_CLOSEST_POINT(x, y, true));
   EXPECT_EQ(x, 3);
   whole.Clear();
@@ -229,29 +195,20 @@ TEST_F(ClosestSearch, OpenPolylinesInBox) {
   BOX box = {10, 10, 0, 0};
   int32_t count = -1;
   MMPoint2d<long>* found = layer.GET_OPEN_POLYLINES_IN_BOX(count, box);
-  ASSERT_NE(found, nullptr);
-  EXPECT_EQ(FlattenPoints(found, count), (std::vector<int32_t>{0, 0, 10, 5, 10, 5, 5, 5}));
-  EXPECT_EQ(box.MinX, 0);  // normalised in place
-  EXPECT_EQ(box.MaxX, 10);
-  free(found);
+  EXPECT_EQ(TakePoints(found, count), (C{0, 0, 10, 5, 10, 5, 5, 5}));
+  EXPECT_EQ(ExtentsOf(box), "0 0 10 10");  // normalised in place
   BOX far = {100, 100, 200, 200};
   found = layer.GET_OPEN_POLYLINES_IN_BOX(count, far);
   EXPECT_NE(found, nullptr);  // an empty allocation
   EXPECT_EQ(count, 0);
   free(found);
+  EXPECT_TRUE(layer.REMOVE_OPEN_POLYLINES_IN_BOX(box));
+  EXPECT_EQ(BlockAt(layer, 0), (C{20, 20, 30, 30}));  // the polyline leaving the box stays
+  EXPECT_EQ(BlockAt(layer, 1), (C{1, 1, 11, 1}));
+  EXPECT_EQ(ExtentsOf(layer), "1 1 30 30");
+  EXPECT_FALSE(layer.REMOVE_OPEN_POLYLINES_IN_BOX(box));
   VECTOR_LAYER empty;
   AddBlock(empty, 1, {});
   EXPECT_EQ(empty.GET_OPEN_POLYLINES_IN_BOX(count, box), nullptr);
   empty.Clear();
-}
-
-TEST_F(ClosestSearch, RemoveOpenPolylinesInBox) {
-  AddBlock(layer, 105, {0, 0, 10, 5, 10, 5, 5, 5, 20, 20, 30, 30});
-  AddBlock(layer, 1, {1, 1, 2, 2});
-  BOX box = {0, 0, 10, 10};
-  EXPECT_TRUE(layer.REMOVE_OPEN_POLYLINES_IN_BOX(box));
-  EXPECT_EQ(layer.NumBlocks, 1);
-  EXPECT_EQ(BlockAt(layer, 0), (std::vector<int32_t>{20, 20, 30, 30}));
-  EXPECT_EQ(ExtentsOf(layer), "20 20 30 30");
-  EXPECT_FALSE(layer.REMOVE_OPEN_POLYLINES_IN_BOX(box));
 }

@@ -16,8 +16,9 @@ using testing_support::BlockSizes;
 using testing_support::CountBlocks;
 using testing_support::ExtentsOf;
 using testing_support::NewContour;
+using C = std::vector<int32_t>;
 
-std::vector<int32_t> PointsOf(const CONTOUR* c) {
+C PointsOf(const CONTOUR* c) {
   return testing_support::FlattenPoints(c->Points, c->NumPoints);
 }
 
@@ -30,17 +31,16 @@ class Conversion : public ::testing::Test {
 }  // namespace
 
 TEST_F(Conversion, LayerToVectorsClosingByClosed) {
-  layer.Contours.AddContourAtEnd(NewContour({{0, 0}, {10, 0}, {10, 10}}, 0));
-  layer.Contours.AddContourAtEnd(NewContour({{0, 0}, {10, 0}, {10, 10}}, 7));
+  for (unsigned char closed : {0, 7})
+    layer.Contours.AddContourAtEnd(NewContour({{0, 0}, {10, 0}, {10, 10}}, closed));
   layer.Contours.AddContourAtEnd(NewContour({{0, 0}, {10, 0}, {10, 10}, {0, 0}}, 1));
   layer.Contours.AddContourAtEnd(NewContour({{5, 5}}, 0));
   layer.Contours.AddContourAtEnd(NewContour({{6, 6}}, 1));
   layer.Contours.BEPAAL_EXTREMA();
   layer.ZET_LAAG_OM_NAAR_VECTOREN();
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{8, 12, 12, 0}));
+  EXPECT_EQ(BlockSizes(layer.Vectors), (C{8, 12, 12, 0}));
   EXPECT_EQ(layer.Vectors.FirstBlock->Type, 1);
   EXPECT_EQ(layer.Contours.NumContours, 0);
-  EXPECT_EQ(layer.Contours.FirstContour, nullptr);
   EXPECT_EQ(layer.Contours.LastContour, nullptr);
   EXPECT_EQ(ExtentsOf(layer.Vectors), "0 0 10 10");
   EXPECT_EQ(ExtentsOf(layer.Contours), "0 0 10 10");  // untouched
@@ -54,18 +54,21 @@ TEST_F(Conversion, ContoursThroughBoxBecomeVectors) {
   BOX box = {35, 12, 25, -5};
   layer.ZET_CONTOUR_DOOR_BOX_OM_NAAR_VECTOREN(box);
   EXPECT_EQ(box.MinX, 25);
-  EXPECT_EQ(layer.Contours.NumContours, 3);
-  ASSERT_EQ(layer.Vectors.NumBlocks, 1);
-  EXPECT_EQ(BlockAt(layer.Vectors, 0), (std::vector<int32_t>{20, 0, 30, 0, 30, 0, 30, 10, 30, 10, 20, 0}));
-  const CONTOUR* c = layer.Contours.FirstContour;
+  EXPECT_EQ(BlockAt(layer.Vectors, 0), (C{20, 0, 30, 0, 30, 0, 30, 10, 30, 10, 20, 0}));
+  EXPECT_EQ(layer.Vectors.NumBlocks, 1);
+  const CONTOUR* c = layer.Contours.FirstContour;  // the rest in reverse order
+  ASSERT_EQ(layer.Contours.NumContours, 3);
   EXPECT_EQ(c->NumPoints, 0);
-  EXPECT_EQ(c->NextContour->Points[0].x, 40);  // third before first
-  EXPECT_EQ(c->NextContour->NextContour->Points[0].x, 0);
-  EXPECT_EQ(layer.Contours.LastContour, c->NextContour->NextContour);
+  EXPECT_EQ(c->NextContour->Points[0].x, 40);
+  EXPECT_EQ(layer.Contours.LastContour->Points[0].x, 0);
   EXPECT_EQ(ExtentsOf(layer.Contours), "0 0 50 10");
 }
 
 TEST_F(Conversion, VectorRunsBecomeContoursInFront) {
+  AddBlock(layer.Vectors, 1, {0, 0, 3, 0});
+  VERPLAATS_VECTOR_LAAG_ALS_OPEN_CONTOUREN_NAAR_CONTOUR_LAAG(&layer);  // into an empty contour layer
+  EXPECT_EQ(layer.Contours.FirstContour, layer.Contours.LastContour);
+  layer.Clear();
   layer.Contours.AddContourAtEnd(NewContour({{100, 100}, {101, 100}, {101, 101}}));
   AddBlock(layer.Vectors, 33, {0, 0, 10, 0, 10, 0, 10, 10, 5, 5, 6, 6});
   AddBlock(layer.Vectors, 2, {0, 0, 1, 0, 1, 0, 0, 0});
@@ -75,83 +78,59 @@ TEST_F(Conversion, VectorRunsBecomeContoursInFront) {
   EXPECT_EQ(layer.Vectors.FirstBlock, nullptr);
   EXPECT_EQ(layer.Contours.NumContours, 4);
   const CONTOUR* ring = layer.Contours.FirstContour;  // last run first
-  EXPECT_EQ(PointsOf(ring), (std::vector<int32_t>{0, 0, 1, 0, 1, 0, 0, 0}));
+  EXPECT_EQ(PointsOf(ring), (C{0, 0, 1, 0, 1, 0, 0, 0}));
   EXPECT_EQ(ring->Closed, 1);
-  EXPECT_EQ(ring->Type, 1);
-  EXPECT_EQ(ring->Owner, nullptr);
   EXPECT_EQ(ring->Outer, kNotDetermined);
-  const CONTOUR* lone = ring->NextContour;
-  EXPECT_EQ(PointsOf(lone), (std::vector<int32_t>{5, 5, 6, 6}));
-  EXPECT_EQ(lone->NextContour->NumPoints, 4);  // 2 vectors give 4 points
-  EXPECT_EQ(lone->NextContour->Closed, 0);
+  EXPECT_EQ(PointsOf(ring->NextContour), (C{5, 5, 6, 6}));
+  EXPECT_EQ(ring->NextContour->NextContour->NumPoints, 4);  // 2 vectors give 4 points
+  EXPECT_EQ(ring->NextContour->NextContour->Closed, 0);
   EXPECT_EQ(layer.Contours.LastContour->Points[0].x, 100);
   EXPECT_EQ(ExtentsOf(layer), "0 0 101 101");
   VERPLAATS_VECTOR_LAAG_ALS_OPEN_CONTOUREN_NAAR_CONTOUR_LAAG(nullptr);
 }
 
-TEST_F(Conversion, VectorRunsIntoEmptyContourLayerSetsLast) {
-  AddBlock(layer.Vectors, 1, {0, 0, 3, 0});
-  VERPLAATS_VECTOR_LAAG_ALS_OPEN_CONTOUREN_NAAR_CONTOUR_LAAG(&layer);
-  EXPECT_EQ(layer.Contours.FirstContour, layer.Contours.LastContour);
-  EXPECT_EQ(layer.Contours.NumContours, 1);
-}
-
-TEST(OpenContourCopy, PointsBecomeChainedVectors) {
-  VECTOR_LAYER v;
-  MMPoint2d<long> pts[3] = {{0, 0}, {5, 0}, {5, -5}};
-  COPIEER_OPEN_CONTOUR_NAAR_VECTOR_LAAG(v, pts, 1, 4);
-  EXPECT_EQ(v.NumBlocks, 0);
-  COPIEER_OPEN_CONTOUR_NAAR_VECTOR_LAAG(v, pts, 3, 4);
-  ASSERT_EQ(v.NumBlocks, 1);
-  EXPECT_EQ(BlockAt(v, 0), (std::vector<int32_t>{0, 0, 5, 0, 5, 0, 5, -5}));
-  EXPECT_EQ(v.FirstBlock->Type, 4);
-  EXPECT_EQ(ExtentsOf(v), "0 -5 5 0");
-  v.Clear();
-}
-
 TEST_F(Conversion, StreamSortedIntoBlocksAndContours) {
-  // Two loose vectors, then a closed chain of three.
-  std::vector<int32_t> closed = {0, 0, 1, 1, 5, 5, 6, 6, 10, 0, 20, 0, 20, 0, 20, 10, 20, 10, 10, 0};
-  layer.ADD_VECTORS_IN_CONTOURS_AND_VECTOR_BLOKS(closed.data(), static_cast<int32_t>(closed.size()), 9);
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{8}));
-  EXPECT_EQ(layer.Vectors.FirstBlock->Type, 9);
-  ASSERT_EQ(layer.Contours.NumContours, 1);
-  EXPECT_EQ(layer.Contours.FirstContour->NumPoints, 4);
-  EXPECT_EQ(layer.Contours.FirstContour->Closed, 1);
-  layer.Clear();
-  std::vector<int32_t> open = closed;
-  open[18] = 11;  // the chain no longer returns to its start
-  layer.ADD_VECTORS_IN_CONTOURS_AND_VECTOR_BLOKS(open.data(), static_cast<int32_t>(open.size()), 9);
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{8, 12}));
-  EXPECT_EQ(layer.Contours.NumContours, 0);
-}
-
-TEST_F(Conversion, StreamChainsFollowedByLooseVectors) {
-  // A closed chain, an open chain, two loose vectors, a lone last vector.
-  std::vector<int32_t> s = {0, 0, 1,  0, 1,  0, 0,  0, 5,  5, 6,  5, 6,  5,
-                            7, 7, 50, 0, 51, 0, 60, 0, 61, 0, 70, 0, 71, 0};
-  layer.ADD_VECTORS_IN_CONTOURS_AND_VECTOR_BLOKS(s.data(), static_cast<int32_t>(s.size()), 3);
-  EXPECT_EQ(layer.Contours.NumContours, 1);
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{8, 12}));
-  layer.Clear();
-  std::vector<int32_t> single = {0, 0, 4, 4, 9};
-  layer.ADD_VECTORS_IN_CONTOURS_AND_VECTOR_BLOKS(single.data(), 5, 3);
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{4}));
-  layer.ADD_VECTORS_IN_CONTOURS_AND_VECTOR_BLOKS(single.data(), 3, 3);
-  EXPECT_EQ(layer.Vectors.NumBlocks, 1);
+  struct Case {
+    const char* name;
+    C stream;
+    int32_t size;  // coordinates read from the stream
+    C blocks;
+    int32_t closedContours;
+  };
+  const C twoLooseThenRing = {0, 0, 1, 1, 5, 5, 6, 6, 10, 0, 20, 0, 20, 0, 20, 10, 20, 10, 10, 0};
+  C twoLooseThenOpen = twoLooseThenRing;
+  twoLooseThenOpen[18] = 11;  // the chain no longer returns to its start
+  // clang-format off
+  const Case cases[] = {
+      {"two loose vectors, then a ring", twoLooseThenRing, 20, {8}, 1},
+      {"two loose vectors, then an open chain", twoLooseThenOpen, 20, {8, 12}, 0},
+      {"ring, open chain, two loose vectors, a lone last one",
+       {0, 0, 1, 0, 1, 0, 0, 0, 5, 5, 6, 5, 6, 5, 7, 7, 50, 0, 51, 0, 60, 0, 61, 0, 70, 0, 71, 0}, 28, {8, 12}, 1},
+      {"one vector and a spare coordinate", {0, 0, 4, 4, 9}, 5, {4}, 0},
+      {"less than a vector", {0, 0, 4, 4, 9}, 3, {}, 0},
+  };
+  // clang-format on
+  for (Case c : cases) {
+    SCOPED_TRACE(c.name);
+    layer.ADD_VECTORS_IN_CONTOURS_AND_VECTOR_BLOKS(c.stream.data(), c.size, 9);
+    EXPECT_EQ(BlockSizes(layer.Vectors), c.blocks);
+    ASSERT_EQ(layer.Contours.NumContours, c.closedContours);
+    if (c.closedContours > 0) {
+      EXPECT_EQ(layer.Vectors.FirstBlock->Type, 9);
+      EXPECT_EQ(layer.Contours.FirstContour->Closed, 1);
+    }
+    layer.Clear();
+  }
 }
 
 TEST(MergeByType, LimitAndOrderForEveryType) {
   VECTOR_LAYER v;
-  std::vector<int32_t> big(40000, 1), half(30000, 2);
-  AddBlock(v, 5, big);
-  AddBlock(v, 5, big);
-  AddBlock(v, 6, half);
-  AddBlock(v, 5, big);
-  AddBlock(v, 6, half);
+  const C big(40000, 1), half(30000, 2);
+  for (const C* block : {&big, &big, &half, &big, &half})
+    AddBlock(v, block == &big ? 5 : 6, *block);
   AddBlock(v, 6, {7, 7, 7, 7});
   v.VOEG_VECTOR_BLOKKEN_UIT_VECTOR_LAAG_SAMEN_VOLGENS_TYPE(static_cast<char>(255));
-  EXPECT_EQ(BlockSizes(v), (std::vector<int32_t>{40000, 40000, 60000, 40000, 4}));
+  EXPECT_EQ(BlockSizes(v), (C{40000, 40000, 60000, 40000, 4}));
   EXPECT_EQ(v.NumBlocks, 5);
   v.Clear();
   AddBlock(v, 3, {1, 1, 1, 1});
@@ -159,28 +138,23 @@ TEST(MergeByType, LimitAndOrderForEveryType) {
   AddBlock(v, 3, {3, 3, 3, 3});
   AddBlock(v, 0x203, {4, 4, 4, 4});  // low byte 3, but not the same whole type
   v.VOEG_VECTOR_BLOKKEN_UIT_VECTOR_LAAG_SAMEN_VOLGENS_TYPE(static_cast<char>(255));
-  EXPECT_EQ(BlockSizes(v), (std::vector<int32_t>{8, 4, 4}));
-  EXPECT_EQ(BlockAt(v, 0), (std::vector<int32_t>{1, 1, 1, 1, 3, 3, 3, 3}));
+  EXPECT_EQ(BlockSizes(v), (C{8, 4, 4}));
+  EXPECT_EQ(BlockAt(v, 0), (C{1, 1, 1, 1, 3, 3, 3, 3}));
   EXPECT_EQ(v.FirstBlock->NextBlock->NextBlock->Type, 3);  // the low byte
   v.Clear();
-  v.VOEG_VECTOR_BLOKKEN_UIT_VECTOR_LAAG_SAMEN_VOLGENS_TYPE(static_cast<char>(255));
-  EXPECT_EQ(v.NumBlocks, 0);
 }
 
 TEST(MergeByType, OtherTypesStayInPlace) {
   VECTOR_LAYER v;
-  AddBlock(v, 4, {0, 0, 1, 1});
-  AddBlock(v, 3, {1, 1, 2, 2});
-  AddBlock(v, 4, {2, 2, 3, 3});
-  AddBlock(v, 3, {3, 3, 4, 4});
-  AddBlock(v, 0xC8, {4, 4, 5, 5});  // low byte above 127: merges with nothing
-  AddBlock(v, 0xC8, {5, 5, 6, 6});
+  const uint16_t types[] = {4, 3, 4, 3, 0xC8, 0xC8};  // low byte above 127: merges with nothing
+  for (int32_t i = 0; i < 6; ++i)
+    AddBlock(v, types[i], {i, i, i + 1, i + 1});
   v.VOEG_VECTOR_BLOKKEN_UIT_VECTOR_LAAG_SAMEN_VOLGENS_TYPE(3);
   ASSERT_EQ(v.NumBlocks, 5);
   EXPECT_EQ(CountBlocks(v), 5);
-  EXPECT_EQ(BlockAt(v, 0), (std::vector<int32_t>{0, 0, 1, 1}));
-  EXPECT_EQ(BlockAt(v, 1), (std::vector<int32_t>{1, 1, 2, 2, 3, 3, 4, 4}));
-  EXPECT_EQ(BlockAt(v, 2), (std::vector<int32_t>{2, 2, 3, 3}));
+  EXPECT_EQ(BlockAt(v, 0), (C{0, 0, 1, 1}));
+  EXPECT_EQ(BlockAt(v, 1), (C{1, 1, 2, 2, 3, 3, 4, 4}));
+  EXPECT_EQ(BlockAt(v, 2), (C{2, 2, 3, 3}));
   v.VOEG_VECTOR_BLOKKEN_UIT_VECTOR_LAAG_SAMEN_VOLGENS_TYPE(static_cast<char>(0xC8));
   EXPECT_EQ(v.NumBlocks, 5);
   EXPECT_EQ(v.FirstBlock->NextBlock->NextBlock->NextBlock->Type, 0xFFC8);  // widened with its sign
@@ -188,37 +162,36 @@ TEST(MergeByType, OtherTypesStayInPlace) {
 }
 
 TEST(HatchDirection, AlongXOrY) {
-  VECTOR_LAYER v;
-  AddBlock(v, 1, {3, 0, 3, 9, 5, 1, 5, -4});
-  AddBlock(v, 1, {0, 2, 9, 2, 1, 5, -4, 5});
-  AddBlock(v, 1, {0, 0, 1, 1});
-  AddBlock(v, 1, {2, 2, 2, 2});
-  AddBlock(v, 1, {1, 2, 3});
-  const VECTOR_BLOK* b = v.FirstBlock;
-  EXPECT_EQ(X_OF_Y_HATCH(const_cast<VECTOR_BLOK*>(b)), 1);
-  EXPECT_EQ(X_OF_Y_HATCH(b->NextBlock), 2);
-  EXPECT_EQ(X_OF_Y_HATCH(b->NextBlock->NextBlock), 0);
-  EXPECT_EQ(X_OF_Y_HATCH(b->NextBlock->NextBlock->NextBlock), 1);
-  EXPECT_EQ(X_OF_Y_HATCH(b->NextBlock->NextBlock->NextBlock->NextBlock), 0);
+  const struct {
+    C block;
+    int32_t direction;
+  } cases[] = {{{3, 0, 3, 9, 5, 1, 5, -4}, 1},
+               {{0, 2, 9, 2, 1, 5, -4, 5}, 2},
+               {{0, 0, 1, 1}, 0},
+               {{2, 2, 2, 2}, 1},
+               {{1, 2, 3}, 0}};
+  for (const auto& c : cases) {
+    VECTOR_LAYER v;
+    EXPECT_EQ(X_OF_Y_HATCH(AddBlock(v, 1, c.block)), c.direction) << testing::PrintToString(c.block);
+    v.Clear();
+  }
   EXPECT_EQ(X_OF_Y_HATCH(nullptr), 0);
-  v.Clear();
 }
 
 TEST(ListToContour, ElementsBecomePointsAndAreReleased) {
   L_LIST_2 head = {0, 0, nullptr};
-  VOEG_ACHTER_L_LIJST_2(&head, 1, 2);
-  VOEG_ACHTER_L_LIJST_2(&head, 3, 4);
-  VOEG_ACHTER_L_LIJST_2(&head, 5, 6);
+  for (int32_t i = 1; i <= 5; i += 2)
+    VOEG_ACHTER_L_LIJST_2(&head, i, i + 1);
   CONTOUR c;
   ZET_L_LIJST_IN_LAAG(&head, &c);
-  EXPECT_EQ(PointsOf(&c), (std::vector<int32_t>{1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(PointsOf(&c), (C{1, 2, 3, 4, 5, 6}));
   c.Clear();
   L_LIST_2 shortHead = {0, 0, nullptr};  // count below the elements: the extra one is released too
   VOEG_ACHTER_L_LIJST_2(&shortHead, 7, 8);
   VOEG_ACHTER_L_LIJST_2(&shortHead, 9, 9);
   shortHead.Value = 1;
   ZET_L_LIJST_IN_LAAG(&shortHead, &c);
-  EXPECT_EQ(PointsOf(&c), (std::vector<int32_t>{7, 8}));
+  EXPECT_EQ(PointsOf(&c), (C{7, 8}));
   c.Clear();
   ZET_L_LIJST_IN_LAAG(nullptr, &c);
   EXPECT_EQ(c.NumPoints, 0);
@@ -248,24 +221,20 @@ TEST_F(SpikeFilter, SpikeGoesExcursionStays) {
   layer.AddContourAtEnd(NewContour({{0, 0}, {100, 0}}, 0));  // fewer than 3 points
   EXPECT_TRUE(Filter(10));
   ASSERT_EQ(layer.NumContours, 2);
-  EXPECT_EQ(PointsOf(layer.FirstContour), (std::vector<int32_t>{0, 0, 100, 0, 100, 100, 0, 100}));
-  EXPECT_EQ(layer.FirstContour->NextContour->NumPoints, 5);
-  EXPECT_EQ(layer.LastContour, layer.FirstContour->NextContour);
+  EXPECT_EQ(PointsOf(layer.FirstContour), (C{0, 0, 100, 0, 100, 100, 0, 100}));
+  EXPECT_EQ(layer.LastContour->NumPoints, 5);
   EXPECT_EQ(ExtentsOf(layer), "0 0 100 2000");
 }
 
-TEST_F(SpikeFilter, InsideFrameChangesNothing) {
+TEST_F(SpikeFilter, FrameMarginAndDistanceZero) {
   layer.AddContourAtEnd(NewContour({{-80, 0}, {100, 180}}, 0));  // margin 7 * 10 + 10
   EXPECT_FALSE(Filter(10));
   EXPECT_EQ(layer.NumContours, 1);
   EXPECT_TRUE(Filter(-10));  // margin 6 * 10: -80 lies outside
   EXPECT_EQ(layer.NumContours, 0);
-}
-
-TEST_F(SpikeFilter, DistanceZeroOnlyDropsShortContours) {
   layer.AddContourAtEnd(NewContour({{0, 0}, {100, 0}, {100, 100}, {50, 101}, {0, 100}}));
   layer.AddContourAtEnd(NewContour({{0, 0}, {5, 5}}));
-  EXPECT_TRUE(Filter(0));
+  EXPECT_TRUE(Filter(0));  // only drops the short contour
   ASSERT_EQ(layer.NumContours, 1);
   EXPECT_EQ(layer.FirstContour->NumPoints, 5);
 }

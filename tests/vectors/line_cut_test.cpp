@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "layer/layer.h"
@@ -13,104 +14,97 @@ using testing_support::BlockAt;
 using testing_support::BlockSizes;
 using testing_support::ExtentsOf;
 using testing_support::NewContour;
+using C = std::vector<int32_t>;
 
 // The square (0,0) (10,0) (10,10) (0,10), counter-clockwise, as a contour.
 CONTOUR* Square() {
   return NewContour({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
 }
 
+// The square's four edges as vectors from point 0.
+const C kSquareEdges = {0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0};
+
 class LineCut : public ::testing::Test {
  protected:
   void TearDown() override { layer.Clear(); }
-  // Cuts with the segment (x1,y1)-(x2,y2) through the named operation.
-  bool CutLayer(int32_t x1, int32_t y1, int32_t x2, int32_t y2, bool gap) {
-    return layer.CUT_VECTORS_WITH_LINE(x1, y1, x2, y2, gap);
+  // Cuts with the segment l: minimumCuts below 0 through CUT_VECTORS_WITH_LINE,
+  // else through CUT_CONTOURS_WITH_LINE.
+  bool Cut(C l, int32_t minimumCuts, bool gap) {
+    return minimumCuts < 0 ? layer.CUT_VECTORS_WITH_LINE(l[0], l[1], l[2], l[3], gap)
+                           : layer.CUT_CONTOURS_WITH_LINE(l[0], l[1], l[2], l[3], minimumCuts, gap);
   }
-  bool CutContours(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t minimumCuts, bool gap) {
-    return layer.CUT_CONTOURS_WITH_LINE(x1, y1, x2, y2, minimumCuts, gap);
-  }
-  bool Convert(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t minimumCuts) {
-    return layer.CONVERT_CONTOURS_CUT_BY_LINE_TO_VECTORS(x1, y1, x2, y2, false, minimumCuts);
+  bool Convert(C l, int32_t minimumCuts) {
+    return layer.CONVERT_CONTOURS_CUT_BY_LINE_TO_VECTORS(l[0], l[1], l[2], l[3], false, minimumCuts);
   }
   LAYER layer;
 };
 
 }  // namespace
 
-TEST_F(LineCut, SquareCutTwiceBecomesRingFromFirstCut) {
-  layer.Contours.AddContourAtEnd(Square());
-  EXPECT_TRUE(CutLayer(5, -5, 5, 15, false));
-  EXPECT_EQ(layer.Contours.NumContours, 0);
-  EXPECT_EQ(layer.Contours.FirstContour, nullptr);
-  EXPECT_EQ(layer.Contours.LastContour, nullptr);
-  ASSERT_EQ(layer.Vectors.NumBlocks, 1);
-  EXPECT_EQ(layer.Vectors.FirstBlock->Type, 1);
-  EXPECT_EQ(BlockAt(layer.Vectors, 0), (std::vector<int32_t>{5, 0,  10, 0,  10, 0,  10, 10, 10, 10, 5, 10,
-                                                             5, 10, 0,  10, 0,  10, 0,  0,  0,  0,  5, 0}));
-  EXPECT_EQ(layer.Vectors.NUMBER_OF_OPEN_CONTOURS(), 1);
-  EXPECT_EQ(ExtentsOf(layer), "0 0 10 10");
-}
-
-TEST_F(LineCut, GapOpensOneUnitAtEachCut) {
-  layer.Contours.AddContourAtEnd(Square());
-  EXPECT_TRUE(CutLayer(5, -5, 5, 15, true));
-  EXPECT_EQ(BlockAt(layer.Vectors, 0), (std::vector<int32_t>{5, 0,  10, 0,  10, 0,  10, 10, 10, 10, 6, 10,
-                                                             5, 10, 0,  10, 0,  10, 0,  0,  0,  0,  4, 0}));
-  EXPECT_EQ(layer.Vectors.NUMBER_OF_OPEN_CONTOURS(), 2);
-}
-
-TEST_F(LineCut, LineEndingInsideCutsOnce) {
-  layer.Contours.AddContourAtEnd(Square());
-  EXPECT_FALSE(CutLayer(5, -5, 5, 5, true));
-  EXPECT_EQ(layer.Contours.NumContours, 1);
-  EXPECT_EQ(layer.Vectors.NumBlocks, 0);
-  EXPECT_TRUE(CutContours(5, -5, 5, 5, 1, true));
-  EXPECT_EQ(BlockAt(layer.Vectors, 0),
-            (std::vector<int32_t>{5, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0, 0, 0, 4, 0}));
-}
-
-TEST_F(LineCut, CutThroughVertexCountsTwice) {
-  layer.Contours.AddContourAtEnd(Square());
-  EXPECT_TRUE(CutLayer(-5, 5, 5, -5, false));
-  EXPECT_EQ(BlockAt(layer.Vectors, 0),
-            (std::vector<int32_t>{0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0}));
-}
-
-TEST_F(LineCut, MinimumCutsZeroConvertsUncutContourFromPointZero) {
-  layer.Contours.AddContourAtEnd(Square());
-  layer.Contours.AddContourAtEnd(new CONTOUR);          // no points: removed once another converts
-  EXPECT_FALSE(CutContours(50, 50, 60, 60, 0, false));  // no box overlap: nothing changes
-  EXPECT_EQ(layer.Contours.NumContours, 2);
-  EXPECT_TRUE(CutContours(2, 2, 3, 3, 0, false));
-  EXPECT_EQ(layer.Contours.NumContours, 0);
-  EXPECT_EQ(BlockAt(layer.Vectors, 0),
-            (std::vector<int32_t>{0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0}));
+TEST_F(LineCut, SquareCutIntoOneBlockFromTheFirstCut) {
+  struct Case {
+    const char* name;
+    C line;
+    int32_t minimumCuts;  // as for Cut
+    bool gap;
+    C expected;  // empty: nothing converted
+    int32_t openRuns;
+  };
+  // clang-format off
+  const Case cases[] = {
+      {"across", {5, -5, 5, 15}, -1, false,
+       {5, 0, 10, 0, 10, 0, 10, 10, 10, 10, 5, 10, 5, 10, 0, 10, 0, 10, 0, 0, 0, 0, 5, 0}, 1},
+      {"across with gap: one unit open at each cut", {5, -5, 5, 15}, -1, true,
+       {5, 0, 10, 0, 10, 0, 10, 10, 10, 10, 6, 10, 5, 10, 0, 10, 0, 10, 0, 0, 0, 0, 4, 0}, 2},
+      {"ending inside", {5, -5, 5, 5}, -1, true, {}, 0},
+      {"ending inside, one cut asked", {5, -5, 5, 5}, 1, true,
+       {5, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0, 0, 0, 4, 0}, 1},
+      {"through a vertex counts twice", {-5, 5, 5, -5}, -1, false, kSquareEdges, 0},
+      {"minimum 0 converts an uncut contour", {2, 2, 3, 3}, 0, false, kSquareEdges, 0},
+      {"minimum 0 but no box overlap", {50, 50, 60, 60}, 0, false, {}, 0},
+  };
+  // clang-format on
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    layer.Contours.AddContourAtEnd(Square());
+    EXPECT_EQ(Cut(c.line, c.minimumCuts, c.gap), !c.expected.empty());
+    EXPECT_EQ(BlockAt(layer.Vectors, 0), c.expected);
+    EXPECT_EQ(layer.Contours.NumContours, c.expected.empty() ? 1 : 0);
+    if (!c.expected.empty()) {
+      EXPECT_EQ(layer.Contours.LastContour, nullptr);
+      EXPECT_EQ(layer.Vectors.FirstBlock->Type, 1);
+      EXPECT_EQ(ExtentsOf(layer), "0 0 10 10");
+    }
+    if (c.openRuns > 0) {
+      EXPECT_EQ(layer.Vectors.NUMBER_OF_OPEN_CONTOURS(), c.openRuns);
+    }
+    layer.Clear();
+  }
 }
 
 TEST_F(LineCut, ConvertByCountKeepsContourOrderAndSkipsEmpty) {
   layer.Contours.AddContourAtEnd(new CONTOUR);
   layer.Contours.AddContourAtEnd(Square());
   layer.Contours.AddContourAtEnd(NewContour({{100, 100}, {110, 100}, {110, 110}}));
-  EXPECT_FALSE(Convert(5, -5, 5, 5, 2));  // one cut only
-  EXPECT_TRUE(Convert(5, -5, 5, 15, 2));
-  ASSERT_EQ(layer.Contours.NumContours, 1);
+  EXPECT_FALSE(Convert({5, -5, 5, 5}, 2));  // one cut only
+  EXPECT_TRUE(Convert({5, -5, 5, 15}, 2));
+  ASSERT_EQ(layer.Contours.NumContours, 1);  // the empty contour went with the converted one
   EXPECT_EQ(layer.Contours.FirstContour->Points[0].x, 100);
   EXPECT_EQ(layer.Contours.FirstContour, layer.Contours.LastContour);
-  EXPECT_EQ(BlockAt(layer.Vectors, 0),
-            (std::vector<int32_t>{0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0}));
+  EXPECT_EQ(BlockAt(layer.Vectors, 0), kSquareEdges);
   EXPECT_EQ(ExtentsOf(layer), "0 0 110 110");
   layer.Clear();
   layer.Contours.AddContourAtEnd(new CONTOUR);
-  EXPECT_FALSE(Convert(5, -5, 5, 15, 0));  // a contour without points is never converted
+  EXPECT_FALSE(Convert({5, -5, 5, 15}, 0));  // never converted
   EXPECT_EQ(layer.Contours.NumContours, 1);
   EXPECT_EQ(layer.Vectors.NumBlocks, 0);
 }
 
 TEST_F(LineCut, VectorCutWithGapOnAxisOfLargerDistance) {
   struct Case {
-    std::vector<int32_t> vector, line;
+    C vector, line;
     bool gap;
-    std::vector<int32_t> expected;
+    C expected;
   };
   const Case cases[] = {
       {{0, 0, 10, 0}, {5, -5, 5, 5}, false, {0, 0, 5, 0, 5, 0, 10, 0}},
@@ -137,10 +131,10 @@ TEST_F(LineCut, VectorCutWithGapOnAxisOfLargerDistance) {
 TEST_F(LineCut, VectorCutDropsPointVectorsEvenWithoutCut) {
   AddBlock(layer.Vectors, 1, {0, 0, 10, 0, 3, 3, 3, 3});
   AddBlock(layer.Vectors, 7, {100, 100, 110, 100});
-  EXPECT_FALSE(CutLayer(50, -5, 50, 5, true));
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{4, 4}));
+  EXPECT_FALSE(Cut({50, -5, 50, 5}, -1, true));
+  EXPECT_EQ(BlockSizes(layer.Vectors), (C{4, 4}));
   EXPECT_EQ(ExtentsOf(layer.Vectors), "0 0 110 100");
-  EXPECT_TRUE(CutLayer(105, 90, 105, 110, false));
-  EXPECT_EQ(BlockSizes(layer.Vectors), (std::vector<int32_t>{4, 8}));
+  EXPECT_TRUE(Cut({105, 90, 105, 110}, -1, false));
+  EXPECT_EQ(BlockSizes(layer.Vectors), (C{4, 8}));
   EXPECT_EQ(layer.Vectors.FirstBlock->NextBlock->Type, 7);
 }
