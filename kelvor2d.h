@@ -59,6 +59,9 @@
 #include "scan/grid_step.h"
 #include "hatch/hatch_common.h"
 #include "sibling/boolean/pairing.h"
+#include "sibling/boolean/sweep.h"
+#include "sibling/math/owned_chain.h"
+#include "sibling/sax/sax_utf8.h"
 
 // Sibling layers
 #include "sibling/sax/sax_persist.h"

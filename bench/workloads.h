@@ -43,15 +43,25 @@ inline Rings PlateWithHoles(int32_t side, int holes, double diameter, int32_t dx
 }
 
 // `plate`: 200 mm plate, 50 x 50 holes of 2 mm: 2,501 contours, 160,004 points.
-inline Rings Plate() { return PlateWithHoles(200000, 50, 2000.0); }
+inline Rings Plate() {
+  return PlateWithHoles(200000, 50, 2000.0);
+}
 // `plate/4`: a quarter of the side, 25 x 25 holes of 1 mm (pitch 2 mm).
-inline Rings PlateQuarter() { return PlateWithHoles(50000, 25, 1000.0); }
+inline Rings PlateQuarter() {
+  return PlateWithHoles(50000, 25, 1000.0);
+}
 // `plate-shifted`: `plate` moved by (1000, 1000), the second operand of plate booleans.
-inline Rings PlateShifted() { return PlateWithHoles(200000, 50, 2000.0, 1000, 1000); }
+inline Rings PlateShifted() {
+  return PlateWithHoles(200000, 50, 2000.0, 1000, 1000);
+}
 // `plate-raster`: 20 x 20 holes of 5 mm: 401 contours, 25,604 points.
-inline Rings PlateRaster() { return PlateWithHoles(200000, 20, 5000.0); }
+inline Rings PlateRaster() {
+  return PlateWithHoles(200000, 20, 5000.0);
+}
 // `square-holes-infill`: 100 mm square with 10 x 10 holes of 4 mm.
-inline Rings SquareHolesInfill() { return PlateWithHoles(100000, 10, 4000.0); }
+inline Rings SquareHolesInfill() {
+  return PlateWithHoles(100000, 10, 4000.0);
+}
 
 // `star-N`: the two noisy stars of N vertices (clockwise), drawn one after the
 // other from one generator seeded 42.
@@ -91,7 +101,8 @@ inline void RandomPolygons(int n, Ring& first, Ring& second) {
 
 inline size_t PointCount(const Rings& rings) {
   size_t n = 0;
-  for (const Ring& r : rings) n += r.size();
+  for (const Ring& r : rings)
+    n += r.size();
   return n;
 }
 

@@ -5,7 +5,8 @@
 #include "sibling/math/math_core.h"
 
 void MHatcher::_AddContourToLineSweep(CONTOUR* contour) {
-  if (contour->NumPoints < 1) return;
+  if (contour->NumPoints < 1)
+    return;
   _BeginChain();
   MMPoint2d<long> previous = contour->Points[contour->NumPoints - 1];
   m_HatchLayer->InverseTransform(previous.x, previous.y);
@@ -13,10 +14,14 @@ void MHatcher::_AddContourToLineSweep(CONTOUR* contour) {
     MMPoint2d<long> p = contour->Points[i];
     m_HatchLayer->InverseTransform(p.x, p.y);
     _InsertIntoSweepList(NEW_TEMP_ELEMENT(previous.x, previous.y, p.x, p.y));
-    if (p.x < m_MinX) m_MinX = p.x;
-    if (p.y < m_MinY) m_MinY = p.y;
-    if (p.x > m_MaxX) m_MaxX = p.x;
-    if (p.y > m_MaxY) m_MaxY = p.y;
+    if (p.x < m_MinX)
+      m_MinX = p.x;
+    if (p.y < m_MinY)
+      m_MinY = p.y;
+    if (p.x > m_MaxX)
+      m_MaxX = p.x;
+    if (p.y > m_MaxY)
+      m_MaxY = p.y;
     previous = p;
   }
 }
@@ -46,7 +51,8 @@ void LinkAbove(MTempList& list, SweepElement* e, SweepElement* below) {
 // The cursor (last inserted) starts each walk, so the near keys of successive
 // edges of a contour make the walk short. Equal keys: the new one goes below.
 void MHatcher::_InsertIntoSweepList(SweepElement* element) {
-  if (element == nullptr) return;
+  if (element == nullptr)
+    return;
   MTempList& list = m_SweepList;
   if (list.Low == nullptr) {
     list.Low = list.High = list.Cursor = element;
@@ -55,10 +61,12 @@ void MHatcher::_InsertIntoSweepList(SweepElement* element) {
   }
   SweepElement* walk = list.Cursor != nullptr ? list.Cursor : list.Low;
   if (element->Key <= walk->Key) {
-    while (walk != nullptr && !(walk->Key < element->Key)) walk = walk->Lower;
+    while (walk != nullptr && !(walk->Key < element->Key))
+      walk = walk->Lower;
     LinkAbove(list, element, walk);
   } else {
-    while (walk != nullptr && walk->Key < element->Key) walk = walk->Higher;
+    while (walk != nullptr && walk->Key < element->Key)
+      walk = walk->Higher;
     LinkAbove(list, element, walk != nullptr ? walk->Lower : list.High);
   }
   ++list.Count;
@@ -66,19 +74,25 @@ void MHatcher::_InsertIntoSweepList(SweepElement* element) {
 }
 
 void MHatcher::_AddAllContours(CONTOUR_LAYER& layer) {
-  for (CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) _AddContourToLineSweep(c);
+  for (CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour)
+    _AddContourToLineSweep(c);
 }
 
-void MHatcher::_GiveExtremesToHatchLayer() { m_HatchLayer->SetExtremes(m_MinX, m_MaxX, m_MinY, m_MaxY); }
+void MHatcher::_GiveExtremesToHatchLayer() {
+  m_HatchLayer->SetExtremes(m_MinX, m_MaxX, m_MinY, m_MaxY);
+}
 
-void MHatcher::Hatch(CONTOUR_LAYER& layer, int32_t distance) { Hatch(layer, distance, m_Shift); }
+void MHatcher::Hatch(CONTOUR_LAYER& layer, int32_t distance) {
+  Hatch(layer, distance, m_Shift);
+}
 
 void MHatcher::Hatch(CONTOUR_LAYER& layer, int32_t distance, int32_t shift) {
   m_Shift = shift;
   m_HatchLayer->Clear();
   m_HatchLayer->HatchDistance = distance;
   m_HatchLayer->HatchShift = shift;
-  if (distance == 0) return;
+  if (distance == 0)
+    return;
   ResetExtremes();
   _AddAllContours(layer);
   _DoLineSweep(distance);
@@ -87,7 +101,8 @@ void MHatcher::Hatch(CONTOUR_LAYER& layer, int32_t distance, int32_t shift) {
 
 void MHatcher::HatchWithAutoShift(CONTOUR_LAYER& layer, int32_t distance) {
   m_HatchLayer->Clear();
-  if (distance == 0) return;
+  if (distance == 0)
+    return;
   ResetExtremes();
   _AddAllContours(layer);
   m_Shift = GetOptimalShift(*m_HatchLayer, layer, distance);
@@ -114,7 +129,8 @@ void MHatcher::HatchConceptLaser(CONTOUR_LAYER& layer, int32_t distance) {
       continue;
     }
     _AddContourToLineSweep(c);
-    for (c = c->NextContour; c != nullptr && c->Outer == 0; c = c->NextContour) _AddContourToLineSweep(c);
+    for (c = c->NextContour; c != nullptr && c->Outer == 0; c = c->NextContour)
+      _AddContourToLineSweep(c);
     _DoLineSweep(distance);
   }
   _GiveExtremesToHatchLayer();
@@ -127,21 +143,26 @@ int32_t MHatcher::GetOptimalShift(MHatchDirection& direction, CONTOUR_LAYER& lay
     for (int32_t i = 0; i < c->NumPoints; ++i) {
       MMPoint2d<long> p = c->Points[i];
       direction.InverseTransform(p.x, p.y);
-      if (p.x < least) least = p.x;
-      if (p.x > greatest) greatest = p.x;
+      if (p.x < least)
+        least = p.x;
+      if (p.x > greatest)
+        greatest = p.x;
     }
   }
-  if (distance == 0 || least > greatest) return 0;
+  if (distance == 0 || least > greatest)
+    return 0;
   const int32_t first = _GetFirstHatchPosition(distance, least);
   const int32_t middle = Half(greatest + least);
   const int32_t r = (middle - first) % distance;
   const int32_t h = distance / 2;
-  if (Half(greatest - least) % distance >= h) return r;
+  if (Half(greatest - least) % distance >= h)
+    return r;
   return (h + r) % distance;
 }
 
 void AddHatchLayerToVectorLayer(MHatchLayer& hatchLayer, VECTOR_LAYER& layer, char type) {
-  if (hatchLayer.VectorCount == 0) return;
+  if (hatchLayer.VectorCount == 0)
+    return;
   auto* block = new VECTOR_BLOK;
   block->Type = static_cast<uint16_t>(static_cast<int16_t>(type));
   block->Size = 4 * hatchLayer.VectorCount;
@@ -164,7 +185,8 @@ void AddHatchLayerToVectorLayer(MHatchLayer& hatchLayer, VECTOR_LAYER& layer, ch
 namespace MHatchLayerUtilities {
 
 void ADD_TABEL(MHatchLayer* hatchLayer, TABEL& table) {
-  if (table.Next == nullptr) return;
+  if (table.Next == nullptr)
+    return;
   bool upwards = true;
   for (TABEL* column = table.Next; column != nullptr && column->Next != nullptr; column = column->Next) {
     const L_LIST* e = column->List != nullptr ? column->List->Next : nullptr;
@@ -188,11 +210,13 @@ MMPoint2d<long> MapCorner(const MHatchLayer& hatchLayer, int32_t x, int32_t y) {
 
 void GetFragmentTemplate(MHatchLayer* hatchLayer, CONTOUR_LAYER* result, int32_t width, int32_t distance,
                          int32_t offset) {
-  if (width <= 0 || distance <= 0) return;
+  if (width <= 0 || distance <= 0)
+    return;
   int32_t minX, maxX, minY, maxY;
   hatchLayer->GetExtremes(minX, maxX, minY, maxY);
   int32_t y = Kelvor::Math::Core::GetFirstMultipleGreaterThan(minY, distance, offset);
-  if (y > maxY) return;
+  if (y > maxY)
+    return;
   const int32_t h = width / 2;
   constexpr int32_t kMargin = 10;
   y -= h;
@@ -201,7 +225,8 @@ void GetFragmentTemplate(MHatchLayer* hatchLayer, CONTOUR_LAYER* result, int32_t
     c->NextContour = result->FirstContour;
     result->FirstContour = c;
     ++result->NumContours;
-    if (result->LastContour == nullptr) result->LastContour = c;
+    if (result->LastContour == nullptr)
+      result->LastContour = c;
     c->Outer = c->RightHanded = c->Closed = 1;
     c->NumPoints = 4;
     c->Points = static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * 4));

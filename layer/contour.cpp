@@ -19,7 +19,8 @@ void CONTOUR::Clear() {
 void CONTOUR::AllocPoints(int32_t n) {
   auto* fresh = static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * (n > 0 ? n : 0)));
   const int32_t kept = n < NumPoints ? n : NumPoints;
-  if (kept > 0) memcpy(fresh, Points, sizeof(MMPoint2d<long>) * kept);
+  if (kept > 0)
+    memcpy(fresh, Points, sizeof(MMPoint2d<long>) * kept);
   free(Points);
   Points = fresh;
   NumPoints = n;
@@ -31,43 +32,54 @@ void CONTOUR::SetPoints(const MMPoint2d<long>* p, int32_t n) {
     Points = static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * (n > 0 ? n : 0)));
     NumPoints = n;
   }
-  if (n > 0) memcpy(Points, p, sizeof(MMPoint2d<long>) * n);
+  if (n > 0)
+    memcpy(Points, p, sizeof(MMPoint2d<long>) * n);
 }
 
 void CONTOUR::_SetNextContour(CONTOUR* next) {
   NextContour = next;
-  if (Owner == nullptr || Owner->LastContour != this || next == nullptr) return;
+  if (Owner == nullptr || Owner->LastContour != this || next == nullptr)
+    return;
   CONTOUR* end = next;
-  while (end->NextContour != nullptr) end = end->NextContour;
+  while (end->NextContour != nullptr)
+    end = end->NextContour;
   Owner->LastContour = end;
 }
 
 int32_t CONTOUR::LowestLeftmostPoint() const {
-  if (NumPoints == 0) return 0;
+  if (NumPoints == 0)
+    return 0;
   int32_t best = 0;
   for (int32_t i = 1; i < NumPoints; ++i) {
     const MMPoint2d<long>& p = Points[i];
-    if (p.y < Points[best].y || (p.y == Points[best].y && p.x < Points[best].x)) best = i;
+    if (p.y < Points[best].y || (p.y == Points[best].y && p.x < Points[best].x))
+      best = i;
   }
-  if (best != 0) return best;
-  if (Points[NumPoints - 1] != Points[0]) return 0;
+  if (best != 0)
+    return best;
+  if (Points[NumPoints - 1] != Points[0])
+    return 0;
   // The contour closes on its lowest-leftmost point: answer with the start of
   // the closing run at the end, so that NextPoint leads on past the wrap.
   int32_t i = NumPoints - 1;
-  while (i > 0 && Points[i - 1] == Points[i]) --i;
+  while (i > 0 && Points[i - 1] == Points[i])
+    --i;
   return i;
 }
 
 int32_t CONTOUR::NextPoint(const int32_t& i) const {
-  if (NumPoints == 0) return 0;
+  if (NumPoints == 0)
+    return 0;
   const int32_t start = i;
   int32_t k = start + 1 >= NumPoints ? 0 : start + 1;
-  while (k != start && Points[k] == Points[start]) k = k + 1 >= NumPoints ? 0 : k + 1;
+  while (k != start && Points[k] == Points[start])
+    k = k + 1 >= NumPoints ? 0 : k + 1;
   return k;
 }
 
 bool CONTOUR::RECHTS_DRAAIEND() const {
-  if (NumPoints < 3) return true;
+  if (NumPoints < 3)
+    return true;
   double sum = 0.0;
   for (int32_t i = 0; i < NumPoints; ++i) {
     const MMPoint2d<long>& a = Points[i];
@@ -89,8 +101,10 @@ double EdgeLength(const MMPoint2d<long>& a, const MMPoint2d<long>& b) {
 
 uint32_t CONTOUR::BEREKEN_LENGTE() {
   double sum = 0.0;
-  for (int32_t i = 1; i < NumPoints; ++i) sum += EdgeLength(Points[i - 1], Points[i]);
-  if (Closed != 0 && NumPoints > 0) sum += EdgeLength(Points[NumPoints - 1], Points[0]);
+  for (int32_t i = 1; i < NumPoints; ++i)
+    sum += EdgeLength(Points[i - 1], Points[i]);
+  if (Closed != 0 && NumPoints > 0)
+    sum += EdgeLength(Points[NumPoints - 1], Points[0]);
   // Keep the low 32 bits of a sum beyond the unsigned range.
   return static_cast<uint32_t>(static_cast<uint64_t>(sum));
 }

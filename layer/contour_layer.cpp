@@ -18,30 +18,36 @@ void ReleaseContour(CONTOUR* c) {
 // `partial`).
 CONTOUR* DeepCopy(const CONTOUR& source, bool arrayForEmpty, CONTOUR** partial) {
   CONTOUR* copy = new (std::nothrow) CONTOUR;
-  if (copy == nullptr) return nullptr;
+  if (copy == nullptr)
+    return nullptr;
   copy->Outer = source.Outer;
   copy->RightHanded = source.RightHanded;
   copy->Closed = source.Closed;
   copy->Type = source.Type;
   copy->NumPoints = source.NumPoints;
-  if (source.NumPoints < 1 && !arrayForEmpty) return copy;
+  if (source.NumPoints < 1 && !arrayForEmpty)
+    return copy;
   const size_t n = source.NumPoints > 0 ? static_cast<size_t>(source.NumPoints) : 0;
   copy->Points = static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * n));
   if (copy->Points == nullptr && n > 0) {
-    if (partial != nullptr) *partial = copy;
+    if (partial != nullptr)
+      *partial = copy;
     return nullptr;
   }
-  if (n > 0) memcpy(copy->Points, source.Points, sizeof(MMPoint2d<long>) * n);
+  if (n > 0)
+    memcpy(copy->Points, source.Points, sizeof(MMPoint2d<long>) * n);
   return copy;
 }
 
 void GrowByContour(CONTOUR_LAYER& layer, const CONTOUR& c) {
-  for (int32_t i = 0; i < c.NumPoints; ++i) GrowExtents(layer, c.Points[i].x, c.Points[i].y);
+  for (int32_t i = 0; i < c.NumPoints; ++i)
+    GrowExtents(layer, c.Points[i].x, c.Points[i].y);
 }
 
 void SetOwner(CONTOUR* chain, CONTOUR_LAYER* owner) {
   for (CONTOUR* c = chain; c != nullptr; c = c->NextContour) {
-    if (c->Owner != nullptr) c->Owner = owner;
+    if (c->Owner != nullptr)
+      c->Owner = owner;
   }
 }
 
@@ -57,7 +63,8 @@ void CONTOUR_LAYER::_SetFirstContour(CONTOUR* c) {
 }
 
 void CONTOUR_LAYER::LEEG_LAAG() {
-  if (NumContours == 0) return;
+  if (NumContours == 0)
+    return;
   NumContours = 0;
   CONTOUR* c = FirstContour;
   while (c != nullptr) {
@@ -92,7 +99,8 @@ void CONTOUR_LAYER::AddContourAtFront(CONTOUR* c) {
   c->NextContour = FirstContour;
   FirstContour = c;
   ++NumContours;
-  if (LastContour == nullptr) LastContour = c;
+  if (LastContour == nullptr)
+    LastContour = c;
 }
 
 void CONTOUR_LAYER::AddContourAfter(CONTOUR* c, CONTOUR* after) {
@@ -104,14 +112,18 @@ void CONTOUR_LAYER::AddContourAfter(CONTOUR* c, CONTOUR* after) {
   c->NextContour = after->NextContour;
   after->NextContour = c;
   ++NumContours;
-  if (after == LastContour) LastContour = c;
+  if (after == LastContour)
+    LastContour = c;
 }
 
-void CONTOUR_LAYER::AddContourAtEnd(CONTOUR* c) { AddContourAfter(c, LastContour); }
+void CONTOUR_LAYER::AddContourAtEnd(CONTOUR* c) {
+  AddContourAfter(c, LastContour);
+}
 
 CONTOUR* CONTOUR_LAYER::RemoveContour(CONTOUR*& c, bool destroy) {
   CONTOUR* target = c;
-  if (target == nullptr) return nullptr;
+  if (target == nullptr)
+    return nullptr;
   target->Owner = nullptr;
   CONTOUR* previous = nullptr;
   CONTOUR* walk = FirstContour;
@@ -119,9 +131,11 @@ CONTOUR* CONTOUR_LAYER::RemoveContour(CONTOUR*& c, bool destroy) {
     previous = walk;
     walk = walk->NextContour;
   }
-  if (walk == nullptr) return nullptr;
+  if (walk == nullptr)
+    return nullptr;
   CONTOUR* successor = target->NextContour;
-  if (target == LastContour) LastContour = previous;
+  if (target == LastContour)
+    LastContour = previous;
   if (previous == nullptr) {
     FirstContour = successor;
   } else {
@@ -143,20 +157,24 @@ bool CONTOUR_LAYER::COPIEER_LAAG(CONTOUR_LAYER& source) {
   NumContours = source.NumContours;
   FirstContour = nullptr;
   LastContour = nullptr;
-  if (NumContours < 1) return true;
+  if (NumContours < 1)
+    return true;
   const CONTOUR* from = source.FirstContour;
   for (int32_t i = 0; i < source.NumContours && from != nullptr; ++i, from = from->NextContour) {
     CONTOUR* partial = nullptr;
     CONTOUR* copy = DeepCopy(*from, true, &partial);
-    if (copy == nullptr) copy = partial;
-    if (copy == nullptr) return false;
+    if (copy == nullptr)
+      copy = partial;
+    if (copy == nullptr)
+      return false;
     if (LastContour == nullptr) {
       FirstContour = copy;
     } else {
       LastContour->NextContour = copy;
     }
     LastContour = copy;
-    if (partial != nullptr) return false;
+    if (partial != nullptr)
+      return false;
   }
   return true;
 }
@@ -172,7 +190,8 @@ void CONTOUR_LAYER::COPY_FROM(const CONTOUR_LAYER& source) {
   LastContour = nullptr;
   for (const CONTOUR* from = source.FirstContour; from != nullptr; from = from->NextContour) {
     CONTOUR* copy = DeepCopy(*from, false, nullptr);
-    if (copy == nullptr) throw std::bad_alloc();
+    if (copy == nullptr)
+      throw std::bad_alloc();
     if (LastContour == nullptr) {
       FirstContour = copy;
     } else {
@@ -185,10 +204,12 @@ void CONTOUR_LAYER::COPY_FROM(const CONTOUR_LAYER& source) {
 
 void CONTOUR_LAYER::COPIEER_CONTOUR_NAAR_LAAG(CONTOUR* c) {
   CONTOUR* copy = DeepCopy(*c, true, nullptr);
-  if (copy == nullptr) throw std::bad_alloc();
+  if (copy == nullptr)
+    throw std::bad_alloc();
   copy->NextContour = FirstContour;
   FirstContour = copy;
-  if (LastContour == nullptr) LastContour = copy;
+  if (LastContour == nullptr)
+    LastContour = copy;
   ++NumContours;
   GrowByContour(*this, *copy);
 }
@@ -196,7 +217,8 @@ void CONTOUR_LAYER::COPIEER_CONTOUR_NAAR_LAAG(CONTOUR* c) {
 void CONTOUR_LAYER::VOEG_CONTOUR_TOE_AAN_LAAG(CONTOUR* c) {
   c->NextContour = FirstContour;
   FirstContour = c;
-  if (LastContour == nullptr) LastContour = c;
+  if (LastContour == nullptr)
+    LastContour = c;
   ++NumContours;
   GrowByContour(*this, *c);
 }
@@ -211,7 +233,8 @@ bool CONTOUR_LAYER::VOEG_TOE(CONTOUR_LAYER& other) {
     LastContour = other.LastContour;
     if (LastContour == nullptr) {  // a caller-made chain without its last link
       LastContour = FirstContour;
-      while (LastContour->NextContour != nullptr) LastContour = LastContour->NextContour;
+      while (LastContour->NextContour != nullptr)
+        LastContour = LastContour->NextContour;
     }
   }
   NumContours += other.NumContours;
@@ -224,9 +247,11 @@ bool CONTOUR_LAYER::VOEG_TOE(CONTOUR_LAYER& other) {
 }
 
 bool CONTOUR_LAYER::COPIEER_VECTORS_TO_CONTOUR(int32_t* coordinates, int32_t count) {
-  if (count % 4 != 0 || count <= 0) return false;
+  if (count % 4 != 0 || count <= 0)
+    return false;
   CONTOUR* c = new (std::nothrow) CONTOUR;
-  if (c == nullptr) return false;
+  if (c == nullptr)
+    return false;
   const int32_t vectors = count / 4;
   c->Points = static_cast<MMPoint2d<long>*>(malloc(sizeof(MMPoint2d<long>) * (vectors + 1)));
   if (c->Points == nullptr) {
@@ -234,7 +259,8 @@ bool CONTOUR_LAYER::COPIEER_VECTORS_TO_CONTOUR(int32_t* coordinates, int32_t cou
     return false;
   }
   c->NumPoints = vectors + 1;
-  for (int32_t v = 0; v < vectors; ++v) c->Points[v] = {coordinates[4 * v], coordinates[4 * v + 1]};
+  for (int32_t v = 0; v < vectors; ++v)
+    c->Points[v] = {coordinates[4 * v], coordinates[4 * v + 1]};
   c->Points[vectors] = {coordinates[count - 2], coordinates[count - 1]};
   GrowByContour(*this, *c);
   c->Closed = c->Points[vectors] == c->Points[0] ? 1 : 0;
@@ -258,6 +284,7 @@ void CONTOUR_LAYER::VERANDER_CONTOUR_VOLGORDE() {
 void CONTOUR_LAYER::BEPAAL_EXTREMA() {
   ResetExtents(*this);
   for (const CONTOUR* c = FirstContour; c != nullptr; c = c->NextContour) {
-    if (c->NumPoints >= 1 && c->Type != 103) GrowByContour(*this, *c);
+    if (c->NumPoints >= 1 && c->Type != 103)
+      GrowByContour(*this, *c);
   }
 }

@@ -18,9 +18,9 @@ class CONTOUR_LAYER {
   int32_t MaxY = kEmptyExtentMax;
   int32_t MinX = kEmptyExtentMin;
   int32_t MinY = kEmptyExtentMin;
-  int32_t NumContours = 0;           // length of the chain
-  CONTOUR* FirstContour = nullptr;   // head of the chain, null when empty
-  CONTOUR* LastContour = nullptr;    // contour whose NextContour is null, null when empty
+  int32_t NumContours = 0;          // length of the chain
+  CONTOUR* FirstContour = nullptr;  // head of the chain, null when empty
+  CONTOUR* LastContour = nullptr;   // contour whose NextContour is null, null when empty
 
   CONTOUR_LAYER() = default;
   ~CONTOUR_LAYER() {}
@@ -159,7 +159,6 @@ class CONTOUR_LAYER {
                          class TABEL_2 table);
 
  public:
-
   // ---- box and proximity operations (contour_processing/selection.cpp) ----
   // Nearest contour by its edges, closing edge always included: stores it in
   // *contour and the truncated distance, even beyond tolerance; true when one

@@ -16,9 +16,9 @@ class LAYER {
   int32_t MaxY = kEmptyExtentMax;
   int32_t MinX = kEmptyExtentMin;
   int32_t MinY = kEmptyExtentMin;
-  int32_t Z = 0;            // height in internal units
-  CONTOUR_LAYER Contours;   // the contours
-  VECTOR_LAYER Vectors;     // the vectors
+  int32_t Z = 0;           // height in internal units
+  CONTOUR_LAYER Contours;  // the contours
+  VECTOR_LAYER Vectors;    // the vectors
 
   LAYER() = default;
   ~LAYER() {}

@@ -32,14 +32,16 @@ List* NewElement(decltype(List::Value) value, decltype(List::Value) second) {
 // is not less. With `once`, an element equal to it leaves the list alone and
 // null is returned; otherwise the new element.
 template <class List>
-List* LinkSorted(List* head, List* before, decltype(List::Value) value, decltype(List::Value) second, bool once) {
+List* LinkSorted(List* head, List* before, decltype(List::Value) value, decltype(List::Value) second,
+                 bool once) {
   const bool wasEmpty = head->Next == nullptr;  // the test is on the link, not on the count
   List* at = before->Next;
   while (at != nullptr && value > at->Value) {
     before = at;
     at = at->Next;
   }
-  if (once && at != nullptr && at->Value == value) return nullptr;
+  if (once && at != nullptr && at->Value == value)
+    return nullptr;
   List* e = NewElement<List>(value, second);
   e->Next = at;
   before->Next = e;
@@ -54,16 +56,19 @@ void InsertSorted(List* head, decltype(List::Value) value, decltype(List::Value)
 
 template <class List>
 void Append(List* head, decltype(List::Value) value, decltype(List::Value) second) {
-  if (head->Value == 0) head->Next = nullptr;
+  if (head->Value == 0)
+    head->Next = nullptr;
   head->Value = static_cast<decltype(List::Value)>(head->Value + 1);
   List* last = head;
-  while (last->Next != nullptr) last = last->Next;
+  while (last->Next != nullptr)
+    last = last->Next;
   last->Next = NewElement<List>(value, second);
 }
 
 template <class List>
 void Prepend(List* head, decltype(List::Value) value, decltype(List::Value) second) {
-  if (head->Value == 0) head->Next = nullptr;
+  if (head->Value == 0)
+    head->Next = nullptr;
   head->Value = static_cast<decltype(List::Value)>(head->Value + 1);
   List* e = NewElement<List>(value, second);
   e->Next = head->Next;
@@ -134,20 +139,27 @@ void UnionOfRuns(List* result, List* first, List* second) {
       inSecond = !inSecond;
     }
     const bool nowInEither = inFirst || inSecond;
-    if (nowInEither != inEither) Append(result, taken, taken);
+    if (nowInEither != inEither)
+      Append(result, taken, taken);
     inEither = nowInEither;
   }
-  for (; a != nullptr; a = a->Next) Append(result, a->Value, a->Value);
-  for (; b != nullptr; b = b->Next) Append(result, b->Value, b->Value);
+  for (; a != nullptr; a = a->Next)
+    Append(result, a->Value, a->Value);
+  for (; b != nullptr; b = b->Next)
+    Append(result, b->Value, b->Value);
 }
 
 }  // namespace
 
-void VOEG_IN_GESORTEERDE_L_LIJST(L_LIST* head, int32_t value) { InsertSorted(head, value, 0, false); }
+void VOEG_IN_GESORTEERDE_L_LIJST(L_LIST* head, int32_t value) {
+  InsertSorted(head, value, 0, false);
+}
 void VOEG_IN_GESORTEERDE_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second) {
   InsertSorted(head, value, second, false);
 }
-void VOEG_IN_GESORTEERDE_US_LIJST(US_LIST* head, uint16_t value) { InsertSorted(head, value, 0, false); }
+void VOEG_IN_GESORTEERDE_US_LIJST(US_LIST* head, uint16_t value) {
+  InsertSorted(head, value, 0, false);
+}
 void VOEG_IN_GESORTEERDE_US_LIJST_2(US_LIST_2* head, uint16_t value, uint16_t second) {
   InsertSorted(head, value, second, false);
 }
@@ -156,29 +168,59 @@ L_LIST* InsertSortedFrom(L_LIST* head, L_LIST* from, int32_t value) {
   return LinkSorted(head, from != nullptr ? from : head, value, 0, false);
 }
 
-void VOEG_EEN_MAAL_IN_GESORTEERDE_L_LIJST(L_LIST* head, int32_t value) { InsertSorted(head, value, 0, true); }
+void VOEG_EEN_MAAL_IN_GESORTEERDE_L_LIJST(L_LIST* head, int32_t value) {
+  InsertSorted(head, value, 0, true);
+}
 void VOEG_EEN_MAAL_IN_GESORTEERDE_US_LIJST(US_LIST* head, uint16_t value) {
   InsertSorted(head, value, 0, true);
 }
 
-void VOEG_ACHTER_L_LIJST(L_LIST* head, int32_t value) { Append(head, value, 0); }
-void VOEG_ACHTER_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second) { Append(head, value, second); }
-void VOEG_ACHTER_US_LIJST(US_LIST* head, uint16_t value) { Append(head, value, 0); }
-void VOEG_ACHTER_US_LIJST_2(US_LIST_2* head, uint16_t value, uint16_t second) { Append(head, value, second); }
+void VOEG_ACHTER_L_LIJST(L_LIST* head, int32_t value) {
+  Append(head, value, 0);
+}
+void VOEG_ACHTER_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second) {
+  Append(head, value, second);
+}
+void VOEG_ACHTER_US_LIJST(US_LIST* head, uint16_t value) {
+  Append(head, value, 0);
+}
+void VOEG_ACHTER_US_LIJST_2(US_LIST_2* head, uint16_t value, uint16_t second) {
+  Append(head, value, second);
+}
 
-void VOEG_VOOR_L_LIJST(L_LIST* head, int32_t value) { Prepend(head, value, 0); }
-void VOEG_VOOR_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second) { Prepend(head, value, second); }
+void VOEG_VOOR_L_LIJST(L_LIST* head, int32_t value) {
+  Prepend(head, value, 0);
+}
+void VOEG_VOOR_L_LIJST_2(L_LIST_2* head, int32_t value, int32_t second) {
+  Prepend(head, value, second);
+}
 
-void LEEG_L_LIJST(L_LIST* head) { Empty(head); }
-void LEEG_L_LIJST_2(L_LIST_2* head) { Empty(head); }
-void LEEG_US_LIJST(US_LIST* head) { Empty(head); }
-void LEEG_US_LIJST_2(US_LIST_2* head) { Empty(head); }
+void LEEG_L_LIJST(L_LIST* head) {
+  Empty(head);
+}
+void LEEG_L_LIJST_2(L_LIST_2* head) {
+  Empty(head);
+}
+void LEEG_US_LIJST(US_LIST* head) {
+  Empty(head);
+}
+void LEEG_US_LIJST_2(US_LIST_2* head) {
+  Empty(head);
+}
 
-void COPY_L_LIJST(L_LIST** result, L_LIST* source) { CopyToNewHead(result, source); }
-void COPY_US_LIJST(US_LIST** result, US_LIST* source) { CopyToNewHead(result, source); }
+void COPY_L_LIJST(L_LIST** result, L_LIST* source) {
+  CopyToNewHead(result, source);
+}
+void COPY_US_LIJST(US_LIST** result, US_LIST* source) {
+  CopyToNewHead(result, source);
+}
 
-void COPIEER_L_LIJST(L_LIST* destination, L_LIST source) { CopyToGivenHead(destination, source); }
-void COPIEER_US_LIJST(US_LIST* destination, US_LIST source) { CopyToGivenHead(destination, source); }
+void COPIEER_L_LIJST(L_LIST* destination, L_LIST source) {
+  CopyToGivenHead(destination, source);
+}
+void COPIEER_US_LIJST(US_LIST* destination, US_LIST source) {
+  CopyToGivenHead(destination, source);
+}
 
 void LIJST_IS_LIJST1_PLUS_LIJST2(L_LIST* result, L_LIST* first, L_LIST* second) {
   UnionOfRuns(result, first, second);

@@ -97,19 +97,27 @@ inline void ResetExtents(Extents& e) {
 
 template <class Extents>
 inline void GrowExtents(Extents& e, int32_t x, int32_t y) {
-  if (x > e.MaxX) e.MaxX = x;
-  if (y > e.MaxY) e.MaxY = y;
-  if (x < e.MinX) e.MinX = x;
-  if (y < e.MinY) e.MinY = y;
+  if (x > e.MaxX)
+    e.MaxX = x;
+  if (y > e.MaxY)
+    e.MaxY = y;
+  if (x < e.MinX)
+    e.MinX = x;
+  if (y < e.MinY)
+    e.MinY = y;
 }
 
 // Joins the extents of `from` into `into`: lesser minima, greater maxima.
 template <class Into, class From>
 inline void MergeExtents(Into& into, const From& from) {
-  if (from.MinX < into.MinX) into.MinX = from.MinX;
-  if (from.MinY < into.MinY) into.MinY = from.MinY;
-  if (from.MaxX > into.MaxX) into.MaxX = from.MaxX;
-  if (from.MaxY > into.MaxY) into.MaxY = from.MaxY;
+  if (from.MinX < into.MinX)
+    into.MinX = from.MinX;
+  if (from.MinY < into.MinY)
+    into.MinY = from.MinY;
+  if (from.MaxX > into.MaxX)
+    into.MaxX = from.MaxX;
+  if (from.MaxY > into.MaxY)
+    into.MaxY = from.MaxY;
 }
 
 template <class Extents>
@@ -118,15 +126,25 @@ inline bool HasExtents(const Extents& e) {
 }
 
 // Rounded: to the nearest integer, halves away from zero.
-inline int32_t Round(float v) { return static_cast<int32_t>(lroundf(v)); }
-inline int32_t Round(double v) { return static_cast<int32_t>(lround(v)); }
+inline int32_t Round(float v) {
+  return static_cast<int32_t>(lroundf(v));
+}
+inline int32_t Round(double v) {
+  return static_cast<int32_t>(lround(v));
+}
 
 // Truncated: toward zero.
-inline int32_t Truncate(float v) { return static_cast<int32_t>(v); }
-inline int32_t Truncate(double v) { return static_cast<int32_t>(v); }
+inline int32_t Truncate(float v) {
+  return static_cast<int32_t>(v);
+}
+inline int32_t Truncate(double v) {
+  return static_cast<int32_t>(v);
+}
 
 // Half of an integer sum: signed division by 2, truncating toward zero.
-inline int32_t Half(int32_t sum) { return sum / 2; }
+inline int32_t Half(int32_t sum) {
+  return sum / 2;
+}
 
 constexpr double kPi = 3.141592653589793;
 constexpr float kDegreesToRadians = 0.017453292f;

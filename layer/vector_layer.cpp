@@ -20,21 +20,26 @@ void VECTOR_BLOK::Clear() {
 void VECTOR_BLOK::AllocateCoordinates(int32_t n) {
   auto* fresh = static_cast<int32_t*>(malloc(sizeof(int32_t) * (n > 0 ? n : 0)));
   const int32_t kept = n < Size ? n : Size;
-  if (kept > 0) memcpy(fresh, Block, sizeof(int32_t) * kept);
+  if (kept > 0)
+    memcpy(fresh, Block, sizeof(int32_t) * kept);
   free(Block);
   Block = fresh;
   Size = n;
 }
 
 void VECTOR_BLOK::SetCoordinates(int32_t* source, int32_t n) {
-  if (Size != n) AllocateCoordinates(n);
-  if (n > 0) memcpy(Block, source, sizeof(int32_t) * n);
+  if (Size != n)
+    AllocateCoordinates(n);
+  if (n > 0)
+    memcpy(Block, source, sizeof(int32_t) * n);
 }
 
 VECTOR_BLOK* VECTOR_LAYER::GetLastBlock() const {
   VECTOR_BLOK* b = FirstBlock;
-  if (b == nullptr) return nullptr;
-  while (b->NextBlock != nullptr) b = b->NextBlock;
+  if (b == nullptr)
+    return nullptr;
+  while (b->NextBlock != nullptr)
+    b = b->NextBlock;
   return b;
 }
 
@@ -93,14 +98,16 @@ void VECTOR_LAYER::AddBlockAfter(VECTOR_BLOK* b, VECTOR_BLOK* after) {
 
 VECTOR_BLOK* VECTOR_LAYER::RemoveBlock(VECTOR_BLOK*& b, bool destroy) {
   VECTOR_BLOK* target = b;
-  if (FirstBlock == nullptr || target == nullptr) return nullptr;
+  if (FirstBlock == nullptr || target == nullptr)
+    return nullptr;
   VECTOR_BLOK* previous = nullptr;
   VECTOR_BLOK* walk = FirstBlock;
   while (walk != nullptr && walk != target) {
     previous = walk;
     walk = walk->NextBlock;
   }
-  if (walk == nullptr) return nullptr;
+  if (walk == nullptr)
+    return nullptr;
   VECTOR_BLOK* successor = target->NextBlock;
   if (previous == nullptr) {
     FirstBlock = successor;
@@ -123,7 +130,8 @@ bool VECTOR_LAYER::COPIEER_VECTOR_LAYER(const VECTOR_LAYER& source) {
     copy->Size = from->Size;
     const size_t n = from->Size > 0 ? static_cast<size_t>(from->Size) : 0;
     copy->Block = static_cast<int32_t*>(calloc(n > 0 ? n : 1, sizeof(int32_t)));
-    if (n > 0) memcpy(copy->Block, from->Block, sizeof(int32_t) * n);
+    if (n > 0)
+      memcpy(copy->Block, from->Block, sizeof(int32_t) * n);
     if (last == nullptr) {
       FirstBlock = copy;
     } else {
@@ -139,6 +147,7 @@ bool VECTOR_LAYER::COPIEER_VECTOR_LAYER(const VECTOR_LAYER& source) {
 void VECTOR_LAYER::BEPAAL_EXTREMA() {
   ResetExtents(*this);
   for (const VECTOR_BLOK* b = FirstBlock; b != nullptr; b = b->NextBlock) {
-    for (int32_t i = 0; i + 1 < b->Size; i += 2) GrowExtents(*this, b->Block[i], b->Block[i + 1]);
+    for (int32_t i = 0; i + 1 < b->Size; i += 2)
+      GrowExtents(*this, b->Block[i], b->Block[i + 1]);
   }
 }

@@ -8,10 +8,10 @@
 
 // Vector type codes the library itself names.
 constexpr uint16_t kVectorTypeFromContour = 1;  // vectors that were contours
-constexpr uint16_t kVectorTypeSupportX = 38;     // support in x when the caller asks for '*'
-constexpr uint16_t kVectorTypeSupportY = 41;     // support in y when the caller asks for '*'
-constexpr char kVectorTypeSupportDefault = 42;   // '*': argument only, never stored
-constexpr unsigned char kVectorTypeAll = 255;    // argument selecting every type, never stored
+constexpr uint16_t kVectorTypeSupportX = 38;    // support in x when the caller asks for '*'
+constexpr uint16_t kVectorTypeSupportY = 41;    // support in y when the caller asks for '*'
+constexpr char kVectorTypeSupportDefault = 42;  // '*': argument only, never stored
+constexpr unsigned char kVectorTypeAll = 255;   // argument selecting every type, never stored
 
 // A block of vectors of one type. Block holds x1, y1, x2, y2 per vector; a
 // polyline is a run of vectors each starting where the one before ended. The
@@ -58,8 +58,8 @@ class VECTOR_LAYER {
   int32_t MaxY = kEmptyExtentMax;
   int32_t MinX = kEmptyExtentMin;
   int32_t MinY = kEmptyExtentMin;
-  int32_t NumBlocks = 0;               // length of the chain
-  VECTOR_BLOK* FirstBlock = nullptr;   // head of the chain, null when empty
+  int32_t NumBlocks = 0;              // length of the chain
+  VECTOR_BLOK* FirstBlock = nullptr;  // head of the chain, null when empty
 
   VECTOR_LAYER() = default;
 

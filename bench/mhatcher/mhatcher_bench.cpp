@@ -46,7 +46,8 @@ void BM_TableRouteAtZero(benchmark::State& state) {
     Plate().X_ARCEER_LAAG(&table, parameters, nullptr);
     VECTOR_LAYER out;
     out.ADD_X_ARCERING_LINKS(table, parameters, 1);
-    for (const VECTOR_BLOK* b = out.FirstBlock; b != nullptr; b = b->NextBlock) vectors += b->Size / 4;
+    for (const VECTOR_BLOK* b = out.FirstBlock; b != nullptr; b = b->NextBlock)
+      vectors += b->Size / 4;
     out.Clear();
     LEEG_TABEL(&table);
   }

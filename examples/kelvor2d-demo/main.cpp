@@ -41,7 +41,8 @@ int main(int argc, char** argv) {
   std::error_code ec;
   std::filesystem::create_directories(options.outputDir, ec);
   if (ec) {
-    std::fprintf(stderr, "kelvor2d-demo: cannot create '%s': %s\n", options.outputDir.c_str(), ec.message().c_str());
+    std::fprintf(stderr, "kelvor2d-demo: cannot create '%s': %s\n", options.outputDir.c_str(),
+                 ec.message().c_str());
     return kExitBadInput;
   }
   Kelvor::Common::MInternalUnits::Set(options.unitsPerMm);

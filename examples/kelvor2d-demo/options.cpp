@@ -54,18 +54,22 @@ bool ParseOptions(int argc, char** argv, DemoOptions& options, std::string& erro
       }
       (arg == "--input" ? options.input : options.outputDir) = argv[++i];
     } else if (arg == "--distance") {
-      if (!ReadValue(argc, argv, i, arg, 0.0, 1000.0, options.hatchDistanceMm, error)) return false;
+      if (!ReadValue(argc, argv, i, arg, 0.0, 1000.0, options.hatchDistanceMm, error))
+        return false;
     } else if (arg == "--angle") {
-      if (!ReadValue(argc, argv, i, arg, -360.0, 360.0, options.angleDegrees, error)) return false;
+      if (!ReadValue(argc, argv, i, arg, -360.0, 360.0, options.angleDegrees, error))
+        return false;
     } else if (arg == "--bitmap-size") {
-      if (!ReadValue(argc, argv, i, arg, 0.0, 16384.0, value, error)) return false;
+      if (!ReadValue(argc, argv, i, arg, 0.0, 16384.0, value, error))
+        return false;
       options.bitmapSize = static_cast<int>(value);
       if (options.bitmapSize != value) {
         error = "--bitmap-size takes a whole number of pixels";
         return false;
       }
     } else if (arg == "--units-per-mm") {
-      if (!ReadValue(argc, argv, i, arg, 0.0, 1e6, options.unitsPerMm, error)) return false;
+      if (!ReadValue(argc, argv, i, arg, 0.0, 1e6, options.unitsPerMm, error))
+        return false;
     } else {
       error = "unknown option '" + arg + "' (see --help)";
       return false;

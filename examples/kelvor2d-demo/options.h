@@ -5,7 +5,7 @@
 #include <string>
 
 struct DemoOptions {
-  std::string input;          // persisted layer to run instead of the built-in part; empty: built-in
+  std::string input;  // persisted layer to run instead of the built-in part; empty: built-in
   std::string outputDir = "demo-output";
   double hatchDistanceMm = 0.4;  // distance between hatch lines
   double angleDegrees = 30.0;    // direction of the MHatcher hatching

@@ -32,22 +32,29 @@ void SvgPicture::BeginPanel(const std::string& title) {
   m_Body += out.str();
 }
 
-double SvgPicture::X(double x) const { return m_OffsetX + kMargin + (x - m_MinX) * m_Scale; }
-double SvgPicture::Y(double y) const { return m_OffsetY + kMargin + kTitleHeight + (m_MaxY - y) * m_Scale; }
+double SvgPicture::X(double x) const {
+  return m_OffsetX + kMargin + (x - m_MinX) * m_Scale;
+}
+double SvgPicture::Y(double y) const {
+  return m_OffsetY + kMargin + kTitleHeight + (m_MaxY - y) * m_Scale;
+}
 
 void SvgPicture::AddLegend(const std::string& colour, const std::string& label) {
   for (const auto& entry : m_Legend) {
-    if (entry.first == colour && entry.second == label) return;
+    if (entry.first == colour && entry.second == label)
+      return;
   }
   m_Legend.emplace_back(colour, label);
 }
 
-void SvgPicture::AddContours(const CONTOUR_LAYER& layer, const std::string& colour, const std::string& label) {
+void SvgPicture::AddContours(const CONTOUR_LAYER& layer, const std::string& colour,
+                             const std::string& label) {
   std::ostringstream out;
   out.precision(2);
   out << std::fixed;
   for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
-    if (c->NumPoints < 2) continue;
+    if (c->NumPoints < 2)
+      continue;
     out << "<path fill=\"none\" stroke=\"" << colour << "\" stroke-width=\"1.2\" d=\"";
     for (int32_t i = 0; i < c->NumPoints; ++i) {
       out << (i == 0 ? "M" : " L") << X(c->Points[i].x) << ' ' << Y(c->Points[i].y);
@@ -65,7 +72,8 @@ void SvgPicture::AddVectors(const VECTOR_LAYER& layer, int firstBlock, const std
   out << std::fixed << "<path fill=\"none\" stroke=\"" << colour << "\" stroke-width=\"0.6\" d=\"";
   int index = 0;
   for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock, ++index) {
-    if (index < firstBlock) continue;
+    if (index < firstBlock)
+      continue;
     for (int32_t i = 0; i + 3 < b->Size; i += 4) {
       out << "M" << X(b->Block[i]) << ' ' << Y(b->Block[i + 1]) << " L" << X(b->Block[i + 2]) << ' '
           << Y(b->Block[i + 3]) << ' ';
@@ -78,7 +86,8 @@ void SvgPicture::AddVectors(const VECTOR_LAYER& layer, int firstBlock, const std
 
 bool SvgPicture::Write(const std::string& path) const {
   std::ofstream file(path);
-  if (!file) return false;
+  if (!file)
+    return false;
   const int rows = m_Panels > 0 ? (m_Panels + m_Columns - 1) / m_Columns : 1;
   const double width = m_Columns * m_PanelWidth + kLegendWidth;
   const double height = rows * m_PanelHeight;
@@ -101,7 +110,8 @@ bool SvgPicture::Write(const std::string& path) const {
 
 bool WriteGreyPng(const std::string& path, const unsigned char* pixels, int width, int height) {
   FILE* file = std::fopen(path.c_str(), "wb");
-  if (file == nullptr) return false;
+  if (file == nullptr)
+    return false;
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
   if (png == nullptr || info == nullptr || setjmp(png_jmpbuf(png))) {
@@ -110,8 +120,8 @@ bool WriteGreyPng(const std::string& path, const unsigned char* pixels, int widt
     return false;
   }
   png_init_io(png, file);
-  png_set_IHDR(png, info, width, height, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
-               PNG_FILTER_TYPE_DEFAULT);
+  png_set_IHDR(png, info, width, height, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
+               PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   png_write_info(png, info);
   // PNG rows run from the top; the bitmap's from the lowest y.
   for (int row = height - 1; row >= 0; --row) {

@@ -20,7 +20,8 @@ class SvgPicture {
   void AddContours(const CONTOUR_LAYER& layer, const std::string& colour, const std::string& label);
   // Draws the vectors of the blocks of `layer`, from block `firstBlock` on,
   // one colour per group.
-  void AddVectors(const VECTOR_LAYER& layer, int firstBlock, const std::string& colour, const std::string& label);
+  void AddVectors(const VECTOR_LAYER& layer, int firstBlock, const std::string& colour,
+                  const std::string& label);
   // Writes the file; false when it cannot be written.
   bool Write(const std::string& path) const;
 

@@ -20,7 +20,8 @@ constexpr char kAngledType = 6;
 
 int64_t VectorCount(const VECTOR_LAYER& layer) {
   int64_t n = 0;
-  for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock) n += b->Size / 4;
+  for (const VECTOR_BLOK* b = layer.FirstBlock; b != nullptr; b = b->NextBlock)
+    n += b->Size / 4;
   return n;
 }
 
@@ -37,13 +38,15 @@ double VectorLength(const VECTOR_LAYER& layer) {
 
 double ContourLength(CONTOUR_LAYER& layer) {
   double length = 0.0;
-  for (CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) length += c->BEREKEN_LENGTE();
+  for (CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour)
+    length += c->BEREKEN_LENGTE();
   return length;
 }
 
 int64_t PointCount(const CONTOUR_LAYER& layer) {
   int64_t n = 0;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) n += c->NumPoints;
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour)
+    n += c->NumPoints;
   return n;
 }
 
@@ -68,7 +71,8 @@ int64_t CrossingCount(const TABEL& table, int64_t& columns) {
   columns = 0;
   for (const TABEL* c = table.Next; c != nullptr && c->Next != nullptr; c = c->Next) {
     ++columns;
-    if (c->List != nullptr) crossings += c->List->Value;
+    if (c->List != nullptr)
+      crossings += c->List->Value;
   }
   return crossings;
 }
@@ -108,7 +112,8 @@ Road::~Road() {
   LEEG_TABEL(&m_XTable);
   LEEG_TABEL(&m_YTable);
   LEEG_L_LIJST(&m_ExtraX);
-  for (VECTOR_LAYER* v : {&m_Straight, &m_Smart, &m_Support, &m_Meander, &m_NoSwitch, &m_Angled}) v->Clear();
+  for (VECTOR_LAYER* v : {&m_Straight, &m_Smart, &m_Support, &m_Meander, &m_NoSwitch, &m_Angled})
+    v->Clear();
 }
 
 template <class Body>
@@ -229,7 +234,8 @@ void Road::HatchFromTables() {
     r.lengthMm = Mm(VectorLength(m_Meander));
   });
   Timed("no-switch meander, checked against Y", [&](StepRecord& r) {
-    m_NoSwitch.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(&m_XTable, &m_YTable, m_Parameters, kNoSwitchType);
+    m_NoSwitch.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(&m_XTable, &m_YTable, m_Parameters,
+                                                               kNoSwitchType);
     r.counts = Describe({{"vectors", VectorCount(m_NoSwitch)}, {"paths", m_NoSwitch.NumBlocks}});
     r.lengthMm = Mm(VectorLength(m_NoSwitch));
   });
@@ -257,7 +263,8 @@ bool Road::RenderCoverage(std::string& error) {
     MContours2BitmapConvertor convertor(bitmap.data(), size, size, sideMm, sideMm, &m_Part);
     convertor.Operate();
     double covered = 0.0;
-    for (unsigned char b : bitmap) covered += b;
+    for (unsigned char b : bitmap)
+      covered += b;
     const double pixelMm = sideMm / size;
     const double area = covered / 255.0 * pixelMm * pixelMm;
     const double exact = MaterialArea(m_Part) / (m_Options.unitsPerMm * m_Options.unitsPerMm);
@@ -290,7 +297,8 @@ bool Road::SaveAndReread(std::string& error) {
       error = "cannot read back " + path + ": " + reader.GetError();
       ok = false;
     }
-    r.counts = Describe({{"contours written", m_Part.NumContours}, {"read", reread.NumContours},
+    r.counts = Describe({{"contours written", m_Part.NumContours},
+                         {"read", reread.NumContours},
                          {"points read", PointCount(reread)}});
     reread.Clear();
   });
@@ -321,7 +329,8 @@ bool Road::WritePicture(std::string& error) {
   for (const Panel& panel : panels) {
     svg.BeginPanel(panel.title);
     svg.AddContours(m_Part, "#222222", "contours");
-    for (const Drawing& d : panel.drawings) svg.AddVectors(*d.vectors, 0, d.colour, d.label);
+    for (const Drawing& d : panel.drawings)
+      svg.AddVectors(*d.vectors, 0, d.colour, d.label);
   }
   svg.BeginPanel("offset 0.3 mm, part minus bar");
   svg.AddContours(m_Offset, "#bcbd22", "offset contours");
@@ -334,13 +343,16 @@ bool Road::WritePicture(std::string& error) {
 }
 
 bool Road::Run(std::string& error) {
-  if (!LoadLayer(error)) return false;
+  if (!LoadLayer(error))
+    return false;
   CleanAndClassify();
   OffsetAndBoolean();
   BuildTables();
   HatchFromTables();
   HatchAtAngle();
-  if (!RenderCoverage(error)) return false;
-  if (!SaveAndReread(error)) return false;
+  if (!RenderCoverage(error))
+    return false;
+  if (!SaveAndReread(error))
+    return false;
   return WritePicture(error);
 }

@@ -13,7 +13,8 @@ struct Mm {
 
 Ring ToGrid(const std::vector<Mm>& points, double unitsPerMm) {
   Ring ring;
-  for (const Mm& p : points) ring.push_back({Round(p.x * unitsPerMm), Round(p.y * unitsPerMm)});
+  for (const Mm& p : points)
+    ring.push_back({Round(p.x * unitsPerMm), Round(p.y * unitsPerMm)});
   return ring;
 }
 
@@ -37,7 +38,8 @@ void AddRing(CONTOUR_LAYER& layer, const Ring& ring) {
 
 void BuildSamplePart(CONTOUR_LAYER& layer, double unitsPerMm) {
   // Concave outline, clockwise, with its first point doubled.
-  AddRing(layer, ToGrid({{0, 0}, {0, 0}, {0, 40}, {25, 40}, {30, 30}, {35, 40}, {60, 40}, {60, 0}}, unitsPerMm));
+  AddRing(layer,
+          ToGrid({{0, 0}, {0, 0}, {0, 40}, {25, 40}, {30, 30}, {35, 40}, {60, 40}, {60, 0}}, unitsPerMm));
   // Round hole given clockwise (the wrong way for a hole) and its island.
   AddRing(layer, ToGrid(CircleMm(13, 14, 8, 72, true), unitsPerMm));
   AddRing(layer, ToGrid(CircleMm(13, 14, 3.5, 48, false), unitsPerMm));
@@ -45,7 +47,8 @@ void BuildSamplePart(CONTOUR_LAYER& layer, double unitsPerMm) {
   AddRing(layer, ToGrid({{38, 6}, {56, 6}, {56, 30}, {38, 30}}, unitsPerMm));
   AddRing(layer, ToGrid({{47.25, 9}, {47.25, 27}, {47.35, 27}, {47.35, 9}}, unitsPerMm));
   // A row of small holes under the notch.
-  for (int i = 0; i < 4; ++i) AddRing(layer, ToGrid(CircleMm(25.5 + 3.0 * i, 6, 1.0, 24, false), unitsPerMm));
+  for (int i = 0; i < 4; ++i)
+    AddRing(layer, ToGrid(CircleMm(25.5 + 3.0 * i, 6, 1.0, 24, false), unitsPerMm));
   layer.BEPAAL_EXTREMA();
 }
 

@@ -5,7 +5,9 @@
 
 #include "layer/values.h"
 
-MHatchDirection::MHatchDirection(double angleDegrees) { SetAngle(angleDegrees); }
+MHatchDirection::MHatchDirection(double angleDegrees) {
+  SetAngle(angleDegrees);
+}
 
 void MHatchDirection::SetAngle(double angleDegrees) {
   m_AngleDegrees = angleDegrees;
@@ -13,8 +15,10 @@ void MHatchDirection::SetAngle(double angleDegrees) {
   m_Cos = std::cos(radians);
   m_Sin = std::sin(radians);
   // Keep the axis-parallel directions exact.
-  if (std::fabs(m_Cos) < 1e-15) m_Cos = 0.0;
-  if (std::fabs(m_Sin) < 1e-15) m_Sin = 0.0;
+  if (std::fabs(m_Cos) < 1e-15)
+    m_Cos = 0.0;
+  if (std::fabs(m_Sin) < 1e-15)
+    m_Sin = 0.0;
 }
 
 void MHatchDirection::Transform(int32_t& x, int32_t& y) const {
@@ -35,7 +39,9 @@ void MHatchDirection::InverseTransform(int32_t& x, int32_t& y) const {
   y = Round(-fx * m_Sin + fy * m_Cos);
 }
 
-MHatchLayer::~MHatchLayer() { Clear(); }
+MHatchLayer::~MHatchLayer() {
+  Clear();
+}
 
 void MHatchLayer::Clear() {
   MSListElement<MHatchVector>* e = FirstVector;
@@ -51,14 +57,16 @@ void MHatchLayer::Clear() {
 
 void MHatchLayer::AddVector(MHatchVector& v, MSListElement<MHatchVector>* after) {
   auto* e = new MSListElement<MHatchVector>{v, nullptr};
-  if (after == nullptr) after = m_LastVector;
+  if (after == nullptr)
+    after = m_LastVector;
   if (after == nullptr) {
     FirstVector = e;
   } else {
     e->Next = after->Next;
     after->Next = e;
   }
-  if (e->Next == nullptr) m_LastVector = e;
+  if (e->Next == nullptr)
+    m_LastVector = e;
   ++VectorCount;
 }
 
@@ -76,7 +84,9 @@ void MHatchLayer::GetExtremes(int32_t& minX, int32_t& maxX, int32_t& minY, int32
   maxY = m_MaxY;
 }
 
-MHatcherBase::MHatcherBase() : m_HatchLayer(new MHatchLayer) { ResetExtremes(); }
+MHatcherBase::MHatcherBase() : m_HatchLayer(new MHatchLayer) {
+  ResetExtremes();
+}
 
 MHatcherBase::~MHatcherBase() {
   _EmptySweepList();
@@ -90,22 +100,28 @@ void MHatcherBase::ResetExtremes() {
   m_MaxY = kEmptyExtentMax;
 }
 
-MTempListElement<M2dTempElement>* MHatcherBase::NEW_TEMP_ELEMENT(int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
-  if (x0 == x1) return nullptr;  // parallel to the lines: no crossing, direction unchanged
+MTempListElement<M2dTempElement>* MHatcherBase::NEW_TEMP_ELEMENT(int32_t x0, int32_t y0, int32_t x1,
+                                                                 int32_t y1) {
+  if (x0 == x1)
+    return nullptr;  // parallel to the lines: no crossing, direction unchanged
   auto* e = new MTempListElement<M2dTempElement>;
   const int8_t direction = x0 < x1 ? 1 : -1;
   e->Data = {x0, y0, x1, y1, direction, m_ChainDirection};
   e->Key = std::min(x0, x1);
-  if (m_ChainDirection == 0) m_ChainPending = e;  // resolved when the chain closes
+  if (m_ChainDirection == 0)
+    m_ChainPending = e;  // resolved when the chain closes
   m_ChainDirection = direction;
   return e;
 }
 
-void MHatcherBase::_BeginChain() { _CloseChain(); }
+void MHatcherBase::_BeginChain() {
+  _CloseChain();
+}
 
 void MHatcherBase::_CloseChain() {
   // The first edge of a closed chain follows the chain's last edge.
-  if (m_ChainPending != nullptr) m_ChainPending->Data.PreviousDirection = m_ChainDirection;
+  if (m_ChainPending != nullptr)
+    m_ChainPending->Data.PreviousDirection = m_ChainDirection;
   m_ChainPending = nullptr;
   m_ChainDirection = 0;
 }
@@ -122,7 +138,8 @@ void MHatcherBase::_EmptySweepList() {
 
 int32_t MHatcherBase::_GetFirstHatchPosition(int32_t distance, int32_t least) {
   int64_t q = static_cast<int64_t>(least) / distance;
-  if (q * distance < least) ++q;
+  if (q * distance < least)
+    ++q;
   return static_cast<int32_t>(q * distance);
 }
 
@@ -132,7 +149,8 @@ namespace {
 // counts only when the edge continues the direction of the edge before it, so
 // pass-through vertices give one crossing and turning points none.
 bool CoversLine(const M2dTempElement& e, int64_t x) {
-  if (x == e.X0) return e.Direction == e.PreviousDirection;
+  if (x == e.X0)
+    return e.Direction == e.PreviousDirection;
   return e.X0 < e.X1 ? (e.X0 < x && x < e.X1) : (e.X1 < x && x < e.X0);
 }
 
@@ -146,7 +164,8 @@ int32_t CrossingAt(const M2dTempElement& e, int64_t x) {
 
 int32_t GreatestX(const MTempList& list) {
   int32_t greatest = INT32_MIN;
-  for (auto* e = list.Low; e != nullptr; e = e->Higher) greatest = std::max({greatest, e->Data.X0, e->Data.X1});
+  for (auto* e = list.Low; e != nullptr; e = e->Higher)
+    greatest = std::max({greatest, e->Data.X0, e->Data.X1});
   return greatest;
 }
 
@@ -167,20 +186,25 @@ void MHatcherBase::_DoLineSweep(int32_t distance) {
   auto firstLineFrom = [&](int64_t least) {
     const int64_t offset = least - m_Shift;
     int64_t q = offset / distance;
-    if (q * distance < offset) ++q;
+    if (q * distance < offset)
+      ++q;
     return m_Shift + q * distance;
   };
   std::vector<const M2dTempElement*> active;
   std::vector<int32_t> crossings;
   MTempListElement<M2dTempElement>* next = m_SweepList.Low;
   for (int64_t x = firstLineFrom(next->Key); x <= greatest; x += distance) {
-    if (active.empty() && next != nullptr && next->Key > x) x = firstLineFrom(next->Key);
-    if (x > greatest) break;
-    for (; next != nullptr && next->Key <= x; next = next->Higher) active.push_back(&next->Data);
+    if (active.empty() && next != nullptr && next->Key > x)
+      x = firstLineFrom(next->Key);
+    if (x > greatest)
+      break;
+    for (; next != nullptr && next->Key <= x; next = next->Higher)
+      active.push_back(&next->Data);
     DropPassedEdges(active, x);
     crossings.clear();
     for (const M2dTempElement* e : active) {
-      if (CoversLine(*e, x)) crossings.push_back(CrossingAt(*e, x));
+      if (CoversLine(*e, x))
+        crossings.push_back(CrossingAt(*e, x));
     }
     std::sort(crossings.begin(), crossings.end());
     for (size_t i = 0; i + 1 < crossings.size(); i += 2) {

@@ -45,9 +45,9 @@ struct MSListElement {
 // direction, the grid and the extents of what was swept.
 class MHatchLayer : public MHatchDirection {
  public:
-  int32_t HatchDistance = 0;                         // distance between hatch lines
-  int32_t HatchShift = 0;                            // x of the grid line through the origin, modulo distance
-  int32_t VectorCount = 0;                           // number of vectors in the list
+  int32_t HatchDistance = 0;  // distance between hatch lines
+  int32_t HatchShift = 0;     // x of the grid line through the origin, modulo distance
+  int32_t VectorCount = 0;    // number of vectors in the list
   MSListElement<MHatchVector>* FirstVector = nullptr;  // head of the list, null when empty
 
   explicit MHatchLayer(double angleDegrees = 0.0) : MHatchDirection(angleDegrees) {}
@@ -71,7 +71,7 @@ class MHatchLayer : public MHatchDirection {
 // An edge of the sweep, in the hatch frame, as it was given (start to end).
 struct M2dTempElement {
   int32_t X0, Y0, X1, Y1;
-  int8_t Direction;         // +1 when x rises along the edge, -1 when it falls
+  int8_t Direction;          // +1 when x rises along the edge, -1 when it falls
   int8_t PreviousDirection;  // direction of the last edge before it not parallel to the lines; 0 unknown
 };
 
@@ -79,9 +79,9 @@ struct M2dTempElement {
 template <class T>
 struct MTempListElement {
   T Data;
-  int32_t Key = 0;                      // least x of the edge
-  MTempListElement* Lower = nullptr;    // towards lower keys
-  MTempListElement* Higher = nullptr;   // towards higher keys
+  int32_t Key = 0;                     // least x of the edge
+  MTempListElement* Lower = nullptr;   // towards lower keys
+  MTempListElement* Higher = nullptr;  // towards higher keys
 };
 
 // The sweep list: count, both ends and the cursor (the element last inserted).
@@ -127,6 +127,6 @@ class MHatcherBase {
  private:
   void _CloseChain();
   void _EmptySweepList();
-  int8_t m_ChainDirection = 0;                               // last known direction in the chain
+  int8_t m_ChainDirection = 0;                                 // last known direction in the chain
   MTempListElement<M2dTempElement>* m_ChainPending = nullptr;  // first non-parallel edge of the chain
 };

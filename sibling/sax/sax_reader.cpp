@@ -7,6 +7,10 @@
 
 #include "sibling/sax/sax_utf8.h"
 
+using kelvor2d_detail::DecodeUtf8;
+using kelvor2d_detail::EncodeUtf8;
+using kelvor2d_detail::IsXmlChar;
+
 namespace {
 
 constexpr size_t kChunkBytes = size_t{64} << 10;

@@ -59,6 +59,8 @@ uint32_t DecodeSequence(std::string const& text, size_t i, int length) {
 
 }  // namespace
 
+namespace kelvor2d_detail {
+
 bool IsXmlChar(uint32_t c) {
   if (c < 0x20) {
     return c == 0x9 || c == 0xA || c == 0xD;
@@ -92,3 +94,5 @@ std::wstring DecodeUtf8(std::string const& text) {
   }
   return out;
 }
+
+}  // namespace kelvor2d_detail

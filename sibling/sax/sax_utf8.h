@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+namespace kelvor2d_detail {
+
 // UTF-8 of a wide string; a value that is no Unicode scalar becomes U+FFFD.
 std::string EncodeUtf8(std::wstring const& text);
 
@@ -13,3 +15,5 @@ std::wstring DecodeUtf8(std::string const& text);
 
 // True for a character that XML 1.0 allows in a document.
 bool IsXmlChar(uint32_t c);
+
+}  // namespace kelvor2d_detail

@@ -2,6 +2,10 @@
 
 #include "sibling/sax/sax_utf8.h"
 
+using kelvor2d_detail::DecodeUtf8;
+using kelvor2d_detail::EncodeUtf8;
+using kelvor2d_detail::IsXmlChar;
+
 namespace {
 
 constexpr char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";

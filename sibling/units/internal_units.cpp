@@ -7,9 +7,13 @@ namespace {
 double g_unitsPerLength = 1.0;
 }  // namespace
 
-double MInternalUnits::Get() { return g_unitsPerLength; }
+double MInternalUnits::Get() {
+  return g_unitsPerLength;
+}
 
-void MInternalUnits::Set(double unitsPerLength) { g_unitsPerLength = unitsPerLength; }
+void MInternalUnits::Set(double unitsPerLength) {
+  g_unitsPerLength = unitsPerLength;
+}
 
 }  // namespace Common
 }  // namespace Kelvor

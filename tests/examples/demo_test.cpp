@@ -42,9 +42,11 @@ bool ParsesAsXml(const std::string& path, std::string& root) {
   XML_SetUserData(parser, &root);
   XML_SetStartElementHandler(parser, [](void* data, const XML_Char* name, const XML_Char**) {
     auto* r = static_cast<std::string*>(data);
-    if (r->empty()) *r = name;
+    if (r->empty())
+      *r = name;
   });
-  const bool ok = !text.empty() && XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1) == XML_STATUS_OK;
+  const bool ok =
+      !text.empty() && XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1) == XML_STATUS_OK;
   XML_ParserFree(parser);
   return ok;
 }
@@ -53,7 +55,8 @@ bool ParsesAsXml(const std::string& path, std::string& root) {
 bool DecodesAsPng(const std::string& path, png_uint_32& width, png_uint_32& height) {
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
-  if (!png_image_begin_read_from_file(&image, path.c_str())) return false;
+  if (!png_image_begin_read_from_file(&image, path.c_str()))
+    return false;
   image.format = PNG_FORMAT_GRAY;
   std::string buffer(PNG_IMAGE_SIZE(image), '\0');
   const bool ok = png_image_finish_read(&image, nullptr, &buffer[0], 0, nullptr) != 0;
@@ -88,7 +91,8 @@ TEST(Demo, PersistedLayerRunsTheSameRoad) {
   const std::string first = TempDir("first");
   ASSERT_EQ(RunDemo("--output " + first + " --bitmap-size 128"), 0);
   const std::string second = TempDir("second");
-  ASSERT_EQ(RunDemo("--input " + first + "/layer.xml --output " + second + " --bitmap-size 128 --angle 45"), 0);
+  ASSERT_EQ(RunDemo("--input " + first + "/layer.xml --output " + second + " --bitmap-size 128 --angle 45"),
+            0);
   ExpectWellFormedOutputs(second, 128);
 }
 
