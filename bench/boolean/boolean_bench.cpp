@@ -13,6 +13,7 @@
 #include <string>
 
 #include "bridges/boolean_front_ends.h"
+#include "tests/support/layer_builders.h"  // LayerArea, as the tests measure results
 #include "workloads.h"
 
 #ifdef KELVOR2D_HAVE_CLIPPER1
@@ -47,18 +48,6 @@ std::vector<Workload> MakeWorkloads() {
   return list;
 }
 
-double LayerArea(const CONTOUR_LAYER& layer) {
-  double sum = 0.0;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
-    for (int32_t i = 0; i < c->NumPoints; ++i) {
-      const MMPoint2d<long>& p = c->Points[i];
-      const MMPoint2d<long>& q = c->Points[(i + 1) % c->NumPoints];
-      sum += (double(q.x) - p.x) * (double(q.y) + p.y) * 0.5;
-    }
-  }
-  return sum;
-}
-
 // Our side: the front-end on layers filled beforehand; self-crossing operands
 // are first unified (each its own region of positive winding).
 double RunOurs(const Workload& w, Operation op) {
@@ -75,7 +64,7 @@ double RunOurs(const Workload& w, Operation op) {
     AU::BooleanIntersect(a, b, result, nullptr);
   if (op == Operation::kDifference)
     AU::BooleanSubtract(a, b, result, nullptr);
-  const double area = LayerArea(result);
+  const double area = testing_support::LayerArea(result);
   a.LEEG_LAAG();
   b.LEEG_LAAG();
   result.LEEG_LAAG();

@@ -10,20 +10,9 @@
 
 using namespace testing_support;
 
-namespace {
+using testing_support::LayerArea;
 
-// Signed area of the closed contours, positive for clockwise (y up).
-double LayerArea(const CONTOUR_LAYER& layer) {
-  double sum = 0.0;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
-    for (int32_t i = 0; i < c->NumPoints; ++i) {
-      const MMPoint2d<long>& p = c->Points[i];
-      const MMPoint2d<long>& q = c->Points[(i + 1) % c->NumPoints];
-      sum += (double(q.x) - p.x) * (double(q.y) + p.y) * 0.5;
-    }
-  }
-  return sum;
-}
+namespace {
 
 // Every contour is closed and carries flags that match its turning.
 void ExpectConsistentFlags(const CONTOUR_LAYER& layer) {

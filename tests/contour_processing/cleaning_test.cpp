@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "layer/contour_layer.h"
+#include "support/chain_checks.h"
 #include "support/contour_processing_points.h"
 #include "support/layer_builders.h"
 
@@ -12,16 +13,6 @@ using P = MMPoint2d<long>;
 using testing_support::Describe;
 using testing_support::PointsOf;
 using TestLayer = testing_support::OwningLayer;
-
-// The chain links agree with NumContours and LastContour.
-void ExpectConsistent(const CONTOUR_LAYER& layer) {
-  int32_t n = 0;
-  const CONTOUR* last = nullptr;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour, ++n)
-    last = c;
-  EXPECT_EQ(n, layer.NumContours);
-  EXPECT_EQ(last, layer.LastContour);
-}
 
 TEST(Cleaning, FilterBySizeSparesNonHolesWhenAsked) {
   TestLayer t({{{0, 0}, {1, 1}}, {{0, 0}, {1, 1}, {2, 0}}, {{5, 5}, {6, 6}}, {{7, 7}, {8, 8}}});
@@ -33,11 +24,11 @@ TEST(Cleaning, FilterBySizeSparesNonHolesWhenAsked) {
   t.layer.FILTER_LAAG(3, true);  // only the 2-point hole goes; Outer 7 and 1 are spared
   ASSERT_EQ(t.layer.NumContours, 3);
   EXPECT_EQ(t.layer.LastContour, kept[2]);
-  ExpectConsistent(t.layer);
+  testing_support::ExpectChainConsistent(t.layer);
   t.layer.FILTER_LAAG(3, false);
   ASSERT_EQ(t.layer.NumContours, 1);
   EXPECT_EQ(t.layer.FirstContour, kept[1]);
-  ExpectConsistent(t.layer);
+  testing_support::ExpectChainConsistent(t.layer);
   EXPECT_EQ(t.layer.MaxX, 8);  // extents are not recomputed
 }
 

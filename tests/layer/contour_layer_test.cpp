@@ -2,22 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "support/chain_checks.h"
 #include "support/layer_builders.h"
 
 using testing_support::NewContour;
 using testing_support::Rectangle;
 
-namespace {
+using testing_support::ExpectChainConsistent;
 
-// Checks the chain invariants: count, first/last links.
-void ExpectChainConsistent(const CONTOUR_LAYER& layer) {
-  int32_t n = 0;
-  const CONTOUR* last = nullptr;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour, ++n)
-    last = c;
-  EXPECT_EQ(n, layer.NumContours);
-  EXPECT_EQ(last, layer.LastContour);
-}
+namespace {
 
 // A clockwise square 0..size.
 CONTOUR* Square(int32_t size) {

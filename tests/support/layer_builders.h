@@ -30,8 +30,10 @@ inline CONTOUR* NewContour(const std::vector<MMPoint2d<long>>& v, unsigned char 
 }
 
 // Axis-aligned rectangle; clockwise with y up when `clockwise`.
-inline std::vector<MMPoint2d<long>> Rectangle(int32_t x0, int32_t y0, int32_t x1, int32_t y1, bool clockwise) {
-  if (clockwise) return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
+inline std::vector<MMPoint2d<long>> Rectangle(int32_t x0, int32_t y0, int32_t x1, int32_t y1,
+                                              bool clockwise) {
+  if (clockwise)
+    return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
   return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
 }
 
@@ -64,6 +66,19 @@ inline std::vector<MMPoint2d<long>> PointsOf(const CONTOUR& c) {
   return std::vector<MMPoint2d<long>>(c.Points, c.Points + c.NumPoints);
 }
 
+// Signed area of all contours, positive for clockwise (y up), closing edge included.
+inline double LayerArea(const CONTOUR_LAYER& layer) {
+  double sum = 0.0;
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
+    for (int32_t i = 0; i < c->NumPoints; ++i) {
+      const MMPoint2d<long>& p = c->Points[i];
+      const MMPoint2d<long>& q = c->Points[(i + 1) % c->NumPoints];
+      sum += (double(q.x) - p.x) * (double(q.y) + p.y) * 0.5;
+    }
+  }
+  return sum;
+}
+
 // Even-odd test of a point against all closed contours of a layer.
 inline bool InsideEvenOdd(const CONTOUR_LAYER& layer, double x, double y) {
   bool inside = false;
@@ -71,7 +86,8 @@ inline bool InsideEvenOdd(const CONTOUR_LAYER& layer, double x, double y) {
     for (int32_t i = 0, j = c->NumPoints - 1; i < c->NumPoints; j = i++) {
       const double xi = c->Points[i].x, yi = c->Points[i].y;
       const double xj = c->Points[j].x, yj = c->Points[j].y;
-      if ((yi > y) != (yj > y) && x < (xj - xi) * (y - yi) / (yj - yi) + xi) inside = !inside;
+      if ((yi > y) != (yj > y) && x < (xj - xi) * (y - yi) / (yj - yi) + xi)
+        inside = !inside;
     }
   }
   return inside;
@@ -80,9 +96,11 @@ inline bool InsideEvenOdd(const CONTOUR_LAYER& layer, double x, double y) {
 }  // namespace testing_support
 
 inline bool operator==(const std::vector<MMPoint2d<long>>& a, const std::vector<MMPoint2d<long>>& b) {
-  if (a.size() != b.size()) return false;
+  if (a.size() != b.size())
+    return false;
   for (size_t i = 0; i < a.size(); ++i) {
-    if (a[i] != b[i]) return false;
+    if (a[i] != b[i])
+      return false;
   }
   return true;
 }
