@@ -60,6 +60,7 @@
 #include "hatch/hatch_common.h"
 #include "sibling/boolean/pairing.h"
 #include "sibling/boolean/sweep.h"
+#include "sibling/boolean/sweep_status.h"
 #include "sibling/math/owned_chain.h"
 #include "sibling/sax/sax_utf8.h"
 

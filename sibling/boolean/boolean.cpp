@@ -16,7 +16,7 @@ std::vector<Carrier> CollectCarriers(const DLIST<M2dGraphLine>& lines) {
   carriers.reserve(lines.count);
   for (const M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
     if (n->line.from != n->line.to)
-      carriers.push_back(kelvor_boolean::MakeCarrier(n->line.from, n->line.to));
+      carriers.push_back(Carrier{n->line.from, n->line.to});
   }
   return carriers;
 }
@@ -36,15 +36,14 @@ void M2dBoolean::AddShell(int32_t lowestY, int32_t highestY) {
 template <class Inside>
 void M2dBoolean::SplitAndKeep(Inside inside) {
   const std::vector<Carrier> carriers = CollectCarriers(*lines);
-  std::vector<Edge> edges = kelvor_boolean::SplitIntoEdges(*this, carriers);
-  kelvor_boolean::ComputeWindings(edges, GetNumPoints());
+  const std::vector<Edge> edges = kelvor_boolean::SweepArrangement(*this, carriers);
   ClearLines();
   for (const Edge& e : edges) {
     const bool right = inside(e.windingRight);
     if (right == inside(e.windingLeft))
       continue;
     // The material goes on the right of the surviving line.
-    M2dGraphLineNode* node = right ? AddLine(e.lo, e.hi, false) : AddLine(e.hi, e.lo, false);
+    M2dGraphLineNode* node = right ? AddLine(e.start, e.end, false) : AddLine(e.end, e.start, false);
     node->line.directionX = right ? e.directionX : -e.directionX;
     node->line.directionY = right ? e.directionY : -e.directionY;
   }

@@ -20,7 +20,7 @@ GridRing RoundedRing(M2dGraphLineNode* start) {
   GridRing ring;
   M2dGraphLineNode* n = start;
   do {
-    const ExactCoordinates& e = n->line.from->exact;
+    const ExactCoordinates e = n->line.from->Exact();
     const GridPoint p{NearestOf(e.x, e.xFraction, e.denominator), NearestOf(e.y, e.yFraction, e.denominator)};
     if (ring.empty() || ring.back() != p)
       ring.push_back(p);

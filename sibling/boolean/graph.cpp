@@ -1,14 +1,20 @@
 #include "sibling/boolean/graph.h"
 
 #include <cstddef>
+#include <new>
+#include <type_traits>
 
 using kelvor_boolean::ExactCoordinates;
 using kelvor_boolean::UInt128;
+
+static_assert(std::is_trivially_destructible<M2dGraphPoint>::value,
+              "point blocks are released without destructors");
 
 namespace {
 
 constexpr uint32_t kFirstSlotCount = 1024;
 constexpr uint32_t kPointsPerBlock = 4096;
+constexpr uint32_t kFractionsPerBlock = 1024;
 constexpr uint32_t kLinesPerBlock = 4096;
 
 uint64_t PackWholeParts(int32_t x, int32_t y) {
@@ -26,8 +32,7 @@ uint64_t MixBits(uint64_t h) {
 
 // The 32-bit fraction words of the point record: exact when the denominator
 // fits, else the nearest fraction over 2^31.
-void StoreRecordFractions(M2dGraphPoint* p) {
-  const ExactCoordinates& e = p->exact;
+void StoreRecordFractions(M2dGraphPoint* p, const ExactCoordinates& e) {
   if (e.denominator <= 0xffffffffu) {
     p->xNumerator = static_cast<uint32_t>(e.xFraction);
     p->yNumerator = static_cast<uint32_t>(e.yFraction);
@@ -107,55 +112,71 @@ void M2dGraph::ReservePoints(uint32_t count) {
 }
 
 M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
-  ExactCoordinates position{};
-  position.x = x;
-  position.y = y;
-  position.denominator = 1;
-  return GetExactPoint(position);
-}
-
-M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   if (m_slots.empty())
     m_slots.assign(kFirstSlotCount, Slot{0, nullptr, false});
-  const uint64_t whole = PackWholeParts(position.x, position.y);
-  const bool onGrid = position.xFraction == 0 && position.yFraction == 0;
+  const uint64_t whole = PackWholeParts(x, y);
   const size_t mask = m_slots.size() - 1;
   size_t i = MixBits(whole) & mask;
   for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
-    const Slot& slot = m_slots[i];
-    if (slot.whole != whole || slot.onGrid != onGrid)
-      continue;
-    if (onGrid || kelvor_boolean::SameExactPosition(slot.point->exact, position))
-      return slot.point;
+    if (m_slots[i].whole == whole && m_slots[i].onGrid)
+      return m_slots[i].point;
   }
-  ExactCoordinates stored = position;
-  if (onGrid)
-    stored.denominator = 1;  // a crossing on the grid is a grid point
-  M2dGraphPoint* p = NewPoint(stored);
-  m_slots[i] = Slot{whole, p, onGrid};
+  M2dGraphPoint* p = NewPoint(x, y);
+  m_slots[i] = Slot{whole, p, true};
   if (m_points.size() * 2 > m_slots.size())
     GrowSlots(m_slots.size() * 4);
   return p;
 }
 
-M2dGraphPoint* M2dGraph::NewPoint(const ExactCoordinates& position) {
+M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
+  if (position.xFraction == 0 && position.yFraction == 0)
+    return GetGridPoint(position.x, position.y);  // a crossing on the grid is a grid point
+  if (m_slots.empty())
+    m_slots.assign(kFirstSlotCount, Slot{0, nullptr, false});
+  const uint64_t whole = PackWholeParts(position.x, position.y);
+  const size_t mask = m_slots.size() - 1;
+  size_t i = MixBits(whole) & mask;
+  for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
+    const Slot& slot = m_slots[i];
+    if (slot.whole == whole && !slot.onGrid &&
+        kelvor_boolean::SameExactPosition(slot.point->fraction->exact, position))
+      return slot.point;
+  }
+  M2dGraphPoint* p = NewPoint(position.x, position.y);
+  p->fraction = NewFraction(position);
+  StoreRecordFractions(p, position);
+  m_slots[i] = Slot{whole, p, false};
+  if (m_points.size() * 2 > m_slots.size())
+    GrowSlots(m_slots.size() * 4);
+  return p;
+}
+
+M2dGraphPoint* M2dGraph::NewPoint(int32_t x, int32_t y) {
   if (m_blocks.empty() || m_blockUsed == kPointsPerBlock) {
-    m_blocks.push_back(new M2dGraphPoint[kPointsPerBlock]);
+    m_blocks.push_back(static_cast<M2dGraphPoint*>(::operator new(sizeof(M2dGraphPoint) * kPointsPerBlock)));
     m_blockUsed = 0;
   }
-  M2dGraphPoint* p = m_blocks.back() + m_blockUsed++;
+  M2dGraphPoint* p = new (m_blocks.back() + m_blockUsed++) M2dGraphPoint();
   p->graph = this;
-  p->x = position.x;
-  p->y = position.y;
-  p->exact = position;
-  p->xKey = FractionKey(position.xFraction, position.denominator);
-  p->yKey = FractionKey(position.yFraction, position.denominator);
-  p->nearX = kelvor_boolean::ExactToDouble(position.x, position.xFraction, position.denominator);
-  p->nearY = kelvor_boolean::ExactToDouble(position.y, position.yFraction, position.denominator);
+  p->x = x;
+  p->y = y;
   p->index = static_cast<uint32_t>(m_points.size());
-  StoreRecordFractions(p);
   m_points.push_back(p);
   return p;
+}
+
+const M2dGraphFraction* M2dGraph::NewFraction(const ExactCoordinates& position) {
+  if (m_fractionBlocks.empty() || m_fractionBlockUsed == kFractionsPerBlock) {
+    m_fractionBlocks.push_back(new M2dGraphFraction[kFractionsPerBlock]);
+    m_fractionBlockUsed = 0;
+  }
+  M2dGraphFraction* f = m_fractionBlocks.back() + m_fractionBlockUsed++;
+  f->exact = position;
+  f->xKey = FractionKey(position.xFraction, position.denominator);
+  f->yKey = FractionKey(position.yFraction, position.denominator);
+  f->nearX = kelvor_boolean::ExactToDouble(position.x, position.xFraction, position.denominator);
+  f->nearY = kelvor_boolean::ExactToDouble(position.y, position.yFraction, position.denominator);
+  return f;
 }
 
 void M2dGraph::GrowSlots(size_t size) {
@@ -191,9 +212,13 @@ void M2dGraph::ClearGraph() {
   m_lineBlock = 0;
   m_lineBlockUsed = 0;
   for (M2dGraphPoint* block : m_blocks)
-    delete[] block;
+    ::operator delete(block);  // points are trivially destructible
   m_blocks.clear();
   m_blockUsed = 0;
+  for (M2dGraphFraction* block : m_fractionBlocks)
+    delete[] block;
+  m_fractionBlocks.clear();
+  m_fractionBlockUsed = 0;
   m_points.clear();
   m_slots.clear();
 }

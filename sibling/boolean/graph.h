@@ -49,29 +49,44 @@ struct DLIST {
 
 using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
 
+// The exact position of a point off the grid, with keys that order it
+// before exact tests and its nearest doubles for floating-point filters.
+struct M2dGraphFraction {
+  kelvor_boolean::ExactCoordinates exact;  // the exact position
+  uint64_t xKey;                           // floor(2^62 * fraction of x)
+  uint64_t yKey;                           // floor(2^62 * fraction of y)
+  double nearX;                            // exact x rounded to a double
+  double nearY;                            // exact y rounded to a double
+};
+
 // A point of the graph. Coincident positions are one object. The exact
 // position is (x + xNumerator / denominator, y + yNumerator / denominator);
 // when the exact denominator of a crossing does not fit 32 bits, the three
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
-// in `exact`.
+// in `fraction`.
 struct M2dGraphPoint {
-  M2dGraph* graph = nullptr;                 // the graph that owns the point
-  int32_t x = 0;                             // whole part of x (floor)
-  int32_t y = 0;                             // whole part of y (floor)
-  uint32_t xNumerator = 0;                   // fraction of x above the whole part
-  uint32_t yNumerator = 0;                   // fraction of y above the whole part
-  uint32_t denominator = 1;                  // common denominator of both fractions, >= 1
-  uint32_t index = 0;                        // creation number within the graph
-  kelvor_boolean::ExactCoordinates exact{};  // the exact position
-  uint64_t xKey = 0;                         // floor(2^62 * fraction of x): orders x before exact tests
-  uint64_t yKey = 0;                         // floor(2^62 * fraction of y)
-  double nearX = 0.0;                        // exact x rounded to a double (for filters only)
-  double nearY = 0.0;                        // exact y rounded to a double (for filters only)
-  M2dGraphLineNode* firstOut = nullptr;      // first line leaving this point
-  M2dGraphLineNode* firstIn = nullptr;       // first line entering this point
+  M2dGraph* graph = nullptr;                   // the graph that owns the point
+  int32_t x = 0;                               // whole part of x (floor)
+  int32_t y = 0;                               // whole part of y (floor)
+  uint32_t xNumerator = 0;                     // fraction of x above the whole part
+  uint32_t yNumerator = 0;                     // fraction of y above the whole part
+  uint32_t denominator = 1;                    // common denominator of both fractions, >= 1
+  uint32_t index = 0;                          // creation number within the graph
+  const M2dGraphFraction* fraction = nullptr;  // exact position off the grid; null on the grid
+  M2dGraphLineNode* firstOut = nullptr;        // first line leaving this point
+  M2dGraphLineNode* firstIn = nullptr;         // first line entering this point
 
   // True when the point lies on the grid.
-  bool IsInteger() const { return exact.denominator == 1; }
+  bool IsInteger() const { return fraction == nullptr; }
+  // The exact position.
+  kelvor_boolean::ExactCoordinates Exact() const {
+    return fraction != nullptr ? fraction->exact : kelvor_boolean::ExactCoordinates{x, y, 0, 0, 1};
+  }
+  uint64_t XKey() const { return fraction != nullptr ? fraction->xKey : 0; }
+  uint64_t YKey() const { return fraction != nullptr ? fraction->yKey : 0; }
+  // The exact position rounded to doubles (for filters only).
+  double NearX() const { return fraction != nullptr ? fraction->nearX : static_cast<double>(x); }
+  double NearY() const { return fraction != nullptr ? fraction->nearY : static_cast<double>(y); }
 };
 
 namespace kelvor_boolean {
@@ -82,16 +97,18 @@ namespace kelvor_boolean {
 inline int ComparePointX(const M2dGraphPoint* p, const M2dGraphPoint* q) {
   if (p->x != q->x)
     return p->x < q->x ? -1 : 1;
-  if (p->xKey != q->xKey)
-    return p->xKey < q->xKey ? -1 : 1;
-  return p == q ? 0 : CompareExactX(p->exact, q->exact);
+  const uint64_t pk = p->XKey(), qk = q->XKey();
+  if (pk != qk)
+    return pk < qk ? -1 : 1;
+  return p == q || (p->IsInteger() && q->IsInteger()) ? 0 : CompareExactX(p->Exact(), q->Exact());
 }
 inline int ComparePointY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
   if (p->y != q->y)
     return p->y < q->y ? -1 : 1;
-  if (p->yKey != q->yKey)
-    return p->yKey < q->yKey ? -1 : 1;
-  return p == q ? 0 : CompareExactY(p->exact, q->exact);
+  const uint64_t pk = p->YKey(), qk = q->YKey();
+  if (pk != qk)
+    return pk < qk ? -1 : 1;
+  return p == q || (p->IsInteger() && q->IsInteger()) ? 0 : CompareExactY(p->Exact(), q->Exact());
 }
 // Lexicographic (x, y): the order of events of the sweep.
 inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
@@ -170,14 +187,17 @@ class M2dGraph {
     M2dGraphPoint* point;  // null: free slot
     bool onGrid;           // the point has no fraction
   };
-  std::vector<M2dGraphPoint*> m_points;         // every point by index; they live in m_blocks
-  std::vector<M2dGraphPoint*> m_blocks;         // owned blocks of points (new[])
-  uint32_t m_blockUsed = 0;                     // points used in the last block
-  std::vector<Slot> m_slots;                    // lookup table, at most half full
-  std::vector<M2dGraphLineNode*> m_lineBlocks;  // owned blocks of line nodes (new[])
-  size_t m_lineBlock = 0;                       // block that the next line node comes from
-  uint32_t m_lineBlockUsed = 0;                 // nodes used in that block
-  M2dGraphPoint* NewPoint(const kelvor_boolean::ExactCoordinates& position);
+  std::vector<M2dGraphPoint*> m_points;             // every point by index; they live in m_blocks
+  std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points (new[])
+  uint32_t m_blockUsed = 0;                         // points used in the last block
+  std::vector<M2dGraphFraction*> m_fractionBlocks;  // owned blocks of fractions (new[])
+  uint32_t m_fractionBlockUsed = 0;                 // fractions used in the last block
+  std::vector<Slot> m_slots;                        // lookup table, at most half full
+  std::vector<M2dGraphLineNode*> m_lineBlocks;      // owned blocks of line nodes (new[])
+  size_t m_lineBlock = 0;                           // block that the next line node comes from
+  uint32_t m_lineBlockUsed = 0;                     // nodes used in that block
+  M2dGraphPoint* NewPoint(int32_t x, int32_t y);
+  const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
   M2dGraphLineNode* NewLineNode();
   void GrowSlots(size_t size);
 };

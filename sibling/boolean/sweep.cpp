@@ -1,57 +1,98 @@
-// The winding sweep: edges that meet only at their ends are swept in x; the
-// edge just below an edge's left end tells the winding number under it.
+// The arrangement sweep: a Bentley-Ottmann sweep in (x, y) order. The status
+// holds the carriers cut by the sweep line, bottom to top; at every event
+// point the carriers through it end their current piece there, which splits
+// them, and the winding below the lowest of them, read from the carrier just
+// below, gives every new piece its two windings.
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
-#include <memory>
-#include <new>
-#include <set>
+#include <queue>
 
 #include "sibling/boolean/sweep.h"
+#include "sibling/boolean/sweep_status.h"
 
 namespace kelvor_boolean {
 
 namespace {
 
-constexpr uint32_t kNoRank = 0xffffffffu;
+constexpr int32_t kNone = SweepStatus::kNone;
 
-// An edge as the sweep sees it: oriented left to right (or upward when
-// vertical), with the multiplicity in that orientation.
-// The part that orders the status, held in the status itself so that
-// walking it reads no edge.
-struct SweepLine {
-  const M2dGraphPoint* left;  // left (or lower) end
-  double leftX;               // its position rounded to doubles, for the filter
-  double leftY;
-  uint32_t leftRank;  // event rank of the left (lower) end
-  uint32_t number;    // the edge's number
-  int64_t anchorX;    // a grid point of the carrier line
-  int64_t anchorY;
-  int64_t directionX;  // > 0, or 0 for a vertical edge (then directionY > 0)
+// A carrier as the sweep sees it: oriented left to right, or upward when it
+// is vertical.
+struct Segment {
+  int32_t leftX;  // the left (lower) end
+  int32_t leftY;
+  int32_t rightX;  // the right (upper) end
+  int32_t rightY;
+  int64_t directionX;  // right - left: > 0, or 0 with directionY > 0
   int64_t directionY;
+  const M2dGraphPoint* right;  // the right (upper) end
+  M2dGraphPoint* pieceStart;   // where the current piece began
+  int32_t multiplicity;        // +1 when fed left to right, -1 when fed right to left
+  int32_t windingBelow;        // winding right of the sweep orientation (below; +x of a vertical)
+  int32_t windingAbove;        // winding left of it
+  int32_t node;                // status node while in the status
+  bool emits;                  // lowest of coincident carriers: it alone emits the shared piece
 };
 
-struct SweepEdge {
-  SweepLine line;
-  uint32_t rightRank;    // event rank of the right (upper) end
-  int32_t multiplicity;  // net fed lines in this orientation
-  int32_t windingBelow;  // right of the sweep orientation: below (vertical: +x side)
-  int32_t windingAbove;  // left of the sweep orientation: above (vertical: -x side)
+// An end of a carrier in the event order: (x, y) packed so that unsigned
+// order is lexicographic signed order, and the carrier number with a flag.
+struct EndRecord {
+  uint64_t key;
+  M2dGraphPoint* point;      // the end itself
+  uint32_t carrierAndStart;  // carrier * 2 + 1 for a left end, carrier * 2 for a right end
 };
 
-struct PointProbe {
+uint64_t EventKey(const M2dGraphPoint* p) {
+  return (static_cast<uint64_t>(static_cast<uint32_t>(p->x) ^ 0x80000000u) << 32) |
+         (static_cast<uint32_t>(p->y) ^ 0x80000000u);
+}
+
+// Stable LSD radix sort on the 64-bit key, 16 bits per pass; passes whose
+// digit is the same for every record are skipped.
+void SortByKey(std::vector<EndRecord>& records) {
+  std::vector<EndRecord> buffer(records.size());
+  std::vector<uint32_t> count(65537);
+  for (int shift = 0; shift < 64; shift += 16) {
+    std::fill(count.begin(), count.end(), 0);
+    for (const EndRecord& r : records)
+      ++count[((r.key >> shift) & 0xffff) + 1];
+    if (std::any_of(count.begin() + 1, count.end(), [&](uint32_t c) { return c == records.size(); }))
+      continue;
+    for (size_t d = 1; d < count.size(); ++d)
+      count[d] += count[d - 1];
+    for (const EndRecord& r : records)
+      buffer[count[(r.key >> shift) & 0xffff]++] = r;
+    records.swap(buffer);
+  }
+}
+
+// An event point as the status tests see it. Grid points are tested from
+// their coordinates alone, so the sweep reads no point record for them.
+struct Probe {
   const M2dGraphPoint* point;
-  double x;
+  double x;  // the position rounded to doubles
   double y;
+  int32_t gridX;  // whole parts
+  int32_t gridY;
+  bool onGrid;  // no fraction: the whole parts are the position
 };
 
-// Side of p relative to the edge's line: +1 above (left of its sense), -1
+Probe GridProbe(const M2dGraphPoint* p, uint64_t key) {
+  const int32_t x = static_cast<int32_t>(static_cast<uint32_t>(key >> 32) ^ 0x80000000u);
+  const int32_t y = static_cast<int32_t>(static_cast<uint32_t>(key) ^ 0x80000000u);
+  return Probe{p, static_cast<double>(x), static_cast<double>(y), x, y, true};
+}
+
+Probe PointProbe(const M2dGraphPoint* p) {
+  return Probe{p, p->NearX(), p->NearY(), p->x, p->y, p->IsInteger()};
+}
+
+// Side of p relative to the segment's line: +1 above (left of its sense), -1
 // below, 0 on it. A floating-point filter decides clear cases; the exact
 // predicate decides the rest.
-int SideOf(const SweepLine& e, const M2dGraphPoint* p, double px, double py) {
-  const double dx = static_cast<double>(e.directionX), dy = static_cast<double>(e.directionY);
-  const double u = py - static_cast<double>(e.anchorY), v = px - static_cast<double>(e.anchorX);
-  const double a = dx * u, b = dy * v;
+int SideOf(const Segment& s, const Probe& p) {
+  const double dx = static_cast<double>(s.directionX), dy = static_cast<double>(s.directionY);
+  const double a = dx * (p.y - s.leftY), b = dy * (p.x - s.leftX);
   const double det = a - b;
   // Rounding of the point (relative 2^-52 of coordinates below 2^32) and of
   // the products stays far below this bound.
@@ -60,298 +101,259 @@ int SideOf(const SweepLine& e, const M2dGraphPoint* p, double px, double py) {
     return 1;
   if (det < -bound)
     return -1;
-  return OrientationOfExact(e.anchorX, e.anchorY, e.directionX, e.directionY, p->exact);
+  if (p.onGrid)
+    return Orientation(s.leftX, s.leftY, s.rightX, s.rightY, p.gridX, p.gridY);
+  return OrientationOfExact(s.leftX, s.leftY, s.directionX, s.directionY, p.point->fraction->exact);
 }
 
-// Order of the status: bottom to top at the sweep position. Edges in the
-// status never cross, so the order holds while both are in it.
-struct BelowOrder {
-  using is_transparent = void;
+// Sign of the turn from a's direction to b's: > 0 when b is steeper, so that
+// right of a common point a lies below b.
+int TurnBetween(const Segment& a, const Segment& b) {
+  return SignOf(static_cast<Int128>(a.directionX) * b.directionY -
+                static_cast<Int128>(a.directionY) * b.directionX);
+}
 
-  bool operator()(const SweepLine& a, const SweepLine& b) const {
-    if (a.number == b.number)
-      return false;
-    if (a.leftRank >= b.leftRank) {
-      const int side = SideOf(b, a.left, a.leftX, a.leftY);
-      if (side != 0)
-        return side < 0;
-    } else {
-      const int side = SideOf(a, b.left, b.leftX, b.leftY);
-      if (side != 0)
-        return side > 0;
-    }
-    const Int128 turn =
-        static_cast<Int128>(a.directionX) * b.directionY - static_cast<Int128>(a.directionY) * b.directionX;
-    if (turn != 0)
-      return turn > 0;
-    return a.number < b.number;
-  }
-  bool operator()(const PointProbe& p, const SweepLine& t) const { return SideOf(t, p.point, p.x, p.y) < 0; }
-  bool operator()(const SweepLine& t, const PointProbe& p) const { return SideOf(t, p.point, p.x, p.y) > 0; }
+bool BoxesMeet(const Segment& a, const Segment& b) {
+  return a.leftX <= b.rightX && b.leftX <= a.rightX &&
+         std::min(a.leftY, a.rightY) <= std::max(b.leftY, b.rightY) &&
+         std::min(b.leftY, b.rightY) <= std::max(a.leftY, a.rightY);
+}
+
+struct LaterPoint {
+  bool operator()(const M2dGraphPoint* p, const M2dGraphPoint* q) const { return ComparePointXY(p, q) > 0; }
 };
 
-// Storage for the status nodes: one node size, carved from large blocks and
-// recycled through a free list, so that inserting and erasing never calls
-// the general heap.
-class NodePool {
+class ArrangementSweep {
  public:
-  explicit NodePool(size_t nodeSize)
-      : m_nodeSize((std::max(nodeSize, sizeof(void*)) + alignof(std::max_align_t) - 1) /
-                   alignof(std::max_align_t) * alignof(std::max_align_t)) {}
-  NodePool(const NodePool&) = delete;
-  NodePool& operator=(const NodePool&) = delete;
+  ArrangementSweep(M2dGraph& graph, const std::vector<Carrier>& carriers) : m_graph(graph) {
+    MakeSegments(carriers);
+  }
 
-  void* Take() {
-    if (m_free != nullptr) {
-      void* node = m_free;
-      m_free = *static_cast<void**>(node);
-      return node;
+  std::vector<Edge> Run() {
+    size_t r = 0;
+    while (r < m_ends.size() || !m_crossings.empty()) {
+      const bool fromEnds = r < m_ends.size() &&
+                            (m_crossings.empty() || ComparePointXY(m_ends[r].point, m_crossings.top()) <= 0);
+      if (fromEnds) {
+        if (!m_crossings.empty() && m_crossings.top() == m_ends[r].point)
+          m_crossings.pop();  // a crossing on the grid point of an end: one event
+        r = SweepEndPoint(r);
+        continue;
+      }
+      M2dGraphPoint* p = m_crossings.top();
+      m_crossings.pop();
+      m_starting.clear();
+      SweepPoint(PointProbe(p), p, kNone);
     }
-    if (m_blocks.empty() || m_used == kNodesPerBlock) {
-      m_blocks.emplace_back(new std::max_align_t[m_nodeSize * kNodesPerBlock / sizeof(std::max_align_t)]);
-      m_used = 0;
-    }
-    return reinterpret_cast<char*>(m_blocks.back().get()) + m_nodeSize * m_used++;
+    return std::move(m_edges);
   }
-  void Give(void* node) {
-    *static_cast<void**>(node) = m_free;
-    m_free = node;
-  }
-  size_t NodeSize() const { return m_nodeSize; }
 
  private:
-  static constexpr size_t kNodesPerBlock = 1024;
-  size_t m_nodeSize;
-  std::vector<std::unique_ptr<std::max_align_t[]>> m_blocks;
-  size_t m_used = 0;
-  void* m_free = nullptr;
-};
+  M2dGraph& m_graph;
+  std::vector<Segment> m_segments;
+  std::vector<EndRecord> m_ends;  // both ends of every carrier, in event order
+  std::priority_queue<M2dGraphPoint*, std::vector<M2dGraphPoint*>, LaterPoint> m_crossings;
+  std::vector<uint8_t> m_queued;  // per point index: 1 once queued as a crossing
+  SweepStatus m_status;
+  std::vector<Edge> m_edges;
+  std::vector<int32_t> m_oldNodes;   // scratch: the status nodes through the event point
+  std::vector<uint32_t> m_group;     // scratch: the carriers leaving the event point
+  std::vector<uint32_t> m_starting;  // scratch: the carriers starting at the event point
 
-// The allocator of the status: single nodes from the pool, anything else
-// from the heap.
-template <class T>
-struct PoolAllocator {
-  using value_type = T;
-  NodePool* pool;
-
-  explicit PoolAllocator(NodePool* p) : pool(p) {}
-  template <class U>
-  PoolAllocator(const PoolAllocator<U>& other) : pool(other.pool) {}
-
-  T* allocate(size_t n) {
-    if (n == 1 && sizeof(T) <= pool->NodeSize())
-      return static_cast<T*>(pool->Take());
-    return static_cast<T*>(::operator new(n * sizeof(T)));
-  }
-  void deallocate(T* p, size_t n) {
-    if (n == 1 && sizeof(T) <= pool->NodeSize()) {
-      pool->Give(p);
-    } else {
-      ::operator delete(p);
+  void MakeSegments(const std::vector<Carrier>& carriers) {
+    m_segments.resize(carriers.size());
+    m_ends.resize(2 * carriers.size());
+    for (uint32_t i = 0; i < carriers.size(); ++i) {
+      M2dGraphPoint* from = carriers[i].from;
+      M2dGraphPoint* to = carriers[i].to;
+      const bool forward = from->x < to->x || (from->x == to->x && from->y < to->y);
+      M2dGraphPoint* left = forward ? from : to;
+      M2dGraphPoint* right = forward ? to : from;
+      Segment& s = m_segments[i];
+      s.leftX = left->x;
+      s.leftY = left->y;
+      s.rightX = right->x;
+      s.rightY = right->y;
+      s.directionX = static_cast<int64_t>(right->x) - left->x;
+      s.directionY = static_cast<int64_t>(right->y) - left->y;
+      s.right = right;
+      s.pieceStart = left;
+      s.multiplicity = forward ? 1 : -1;
+      s.windingBelow = s.windingAbove = 0;
+      s.node = kNone;
+      s.emits = true;
+      m_ends[2 * i] = EndRecord{EventKey(left), left, 2 * i + 1};
+      m_ends[2 * i + 1] = EndRecord{EventKey(right), right, 2 * i};
     }
+    SortByKey(m_ends);
+    m_status.Reserve(carriers.size() / 4 + 16);
+    m_edges.reserve(carriers.size() + carriers.size() / 4);
   }
-  template <class U>
-  bool operator==(const PoolAllocator<U>& other) const {
-    return pool == other.pool;
+
+  uint8_t& QueuedMark(const M2dGraphPoint* p) {
+    if (p->index >= m_queued.size())
+      m_queued.resize(std::max<size_t>(p->index + 1, 2 * m_queued.size()), 0);
+    return m_queued[p->index];
   }
-  template <class U>
-  bool operator!=(const PoolAllocator<U>& other) const {
-    return pool != other.pool;
+
+  // Sweeps the grid point of the end records from r on; returns the first
+  // record of the next point.
+  size_t SweepEndPoint(size_t r) {
+    M2dGraphPoint* p = m_ends[r].point;
+    const uint64_t key = m_ends[r].key;
+    int32_t seed = kNone;
+    m_starting.clear();
+    for (; r < m_ends.size() && m_ends[r].key == key; ++r) {
+      const uint32_t carrier = m_ends[r].carrierAndStart >> 1;
+      if ((m_ends[r].carrierAndStart & 1) != 0) {
+        m_starting.push_back(carrier);
+      } else if (seed == kNone) {
+        seed = m_segments[carrier].node;
+      }
+    }
+    SweepPoint(GridProbe(p, key), p, seed);
+    return r;
   }
-};
 
-// Large enough for a node of the status tree (a tree node: colour, three
-// links and the value).
-constexpr size_t kStatusNodeSize = 4 * sizeof(void*) + sizeof(SweepLine);
+  bool Holds(int32_t node, const Probe& p) const {
+    return SideOf(m_segments[m_status.ValueOf(node)], p) == 0;
+  }
 
-using Status = std::set<SweepLine, BelowOrder, PoolAllocator<SweepLine>>;
+  // The event at p: the status nodes through p (from a node known to hold p,
+  // or found by search), their pieces ending at p, and the carriers leaving
+  // p placed in their stead.
+  void SweepPoint(const Probe& probe, M2dGraphPoint* p, int32_t seed) {
+    int32_t below = kNone;
+    if (seed == kNone) {
+      bool on = false;
+      const int32_t found =
+          m_status.Locate([this, &probe](uint32_t v) { return SideOf(m_segments[v], probe); }, &on);
+      (on ? seed : below) = found;
+    }
+    m_oldNodes.clear();
+    if (seed != kNone)
+      below = CollectNodesThrough(probe, seed);
+    EndPiecesAt(p);
+    m_group.insert(m_group.end(), m_starting.begin(), m_starting.end());
+    if (m_group.size() > 1)
+      SortBySlope();
+    PlaceGroup(below);
+    AssignWindings(below);
+    CheckNeighbours(below);
+  }
 
-// A point with its sort keys at hand, so that ranking reads no point.
-struct RankedPoint {
-  int32_t x;
-  int32_t y;
-  uint64_t xKey;
-  uint64_t yKey;
-  const M2dGraphPoint* point;
-  uint32_t index;  // the point's index
-  bool onGrid;     // the point has no fraction
-};
+  // Fills m_oldNodes with the nodes through p, bottom to top; returns the
+  // node just below them.
+  int32_t CollectNodesThrough(const Probe& p, int32_t seed) {
+    int32_t low = seed;
+    while (m_status.Previous(low) != kNone && Holds(m_status.Previous(low), p))
+      low = m_status.Previous(low);
+    m_oldNodes.push_back(low);
+    for (int32_t n = m_status.Next(low); n != kNone && (n == seed || Holds(n, p)); n = m_status.Next(n))
+      m_oldNodes.push_back(n);
+    return m_status.Previous(low);
+  }
 
-bool RanksBefore(const RankedPoint& p, const RankedPoint& q) {
-  if (p.x != q.x)
-    return p.x < q.x;
-  if (p.xKey != q.xKey)
-    return p.xKey < q.xKey;
-  if (p.onGrid && q.onGrid)
-    return p.y < q.y;
-  return ComparePointXY(p.point, q.point) < 0;
-}
-
-// True when q (ranked right after p) lies at a greater x.
-bool StartsNewX(const RankedPoint& p, const RankedPoint& q) {
-  if (p.x != q.x || p.xKey != q.xKey)
-    return true;
-  if (p.onGrid && q.onGrid)
-    return false;
-  return ComparePointX(p.point, q.point) != 0;
-}
-
-// Ranks every end point in (x, y) order; returns per rank 1 where the x
-// differs from the previous rank's (and at rank 0), so that the sweep reads
-// no point for it.
-std::vector<uint8_t> RankPoints(const std::vector<Edge>& edges, std::vector<uint32_t>& rankOf) {
-  std::vector<RankedPoint> ranked;
-  ranked.reserve(edges.size() + 1);
-  for (const Edge& e : edges) {
-    for (const M2dGraphPoint* p : {e.lo, e.hi}) {
-      if (rankOf[p->index] == kNoRank) {
-        rankOf[p->index] = 0;
-        ranked.push_back({p->x, p->y, p->xKey, p->yKey, p, p->index, p->IsInteger()});
+  // Every carrier through p ends its piece at p; those that go on start the
+  // next piece there and form the group with the carriers starting at p.
+  void EndPiecesAt(M2dGraphPoint* p) {
+    m_group.clear();
+    for (int32_t node : m_oldNodes) {
+      const uint32_t v = m_status.ValueOf(node);
+      Segment& s = m_segments[v];
+      if (s.emits && s.windingBelow != s.windingAbove)
+        m_edges.push_back(Edge{s.pieceStart, p, s.directionX, s.directionY, s.windingBelow, s.windingAbove});
+      if (s.right != p) {
+        s.pieceStart = p;
+        m_group.push_back(v);
       }
     }
   }
-  std::sort(ranked.begin(), ranked.end(), RanksBefore);
-  std::vector<uint8_t> startsNewX(ranked.size());
-  for (uint32_t r = 0; r < ranked.size(); ++r) {
-    startsNewX[r] = r == 0 || StartsNewX(ranked[r - 1], ranked[r]) ? 1 : 0;
-    rankOf[ranked[r].index] = r;
+
+  // Right of the event point the group runs bottom to top by slope; equal
+  // slopes (overlapping carriers) by number.
+  void SortBySlope() {
+    std::sort(m_group.begin(), m_group.end(), [this](uint32_t a, uint32_t b) {
+      const int turn = TurnBetween(m_segments[a], m_segments[b]);
+      return turn != 0 ? turn > 0 : a < b;
+    });
   }
-  return startsNewX;
-}
 
-SweepEdge MakeSweepEdge(const Edge& e, uint32_t number, const std::vector<uint32_t>& rankOf) {
-  const bool forward = e.directionX > 0 || (e.directionX == 0 && e.directionY > 0);
-  const M2dGraphPoint* left = forward ? e.lo : e.hi;
-  const M2dGraphPoint* right = forward ? e.hi : e.lo;
-  SweepEdge s{};
-  s.line.left = left;
-  s.line.leftX = left->nearX;
-  s.line.leftY = left->nearY;
-  s.line.leftRank = rankOf[left->index];
-  s.line.number = number;
-  s.rightRank = rankOf[right->index];
-  s.line.anchorX = e.anchorX;
-  s.line.anchorY = e.anchorY;
-  s.line.directionX = forward ? e.directionX : -e.directionX;
-  s.line.directionY = forward ? e.directionY : -e.directionY;
-  s.multiplicity = forward ? e.multiplicity : -e.multiplicity;
-  return s;
-}
+  // The group takes over the positions of the old nodes, bottom up; the rest
+  // are erased, or new nodes made above the last.
+  void PlaceGroup(int32_t below) {
+    const size_t reused = std::min(m_oldNodes.size(), m_group.size());
+    for (size_t i = 0; i < reused; ++i) {
+      m_status.SetValue(m_oldNodes[i], m_group[i]);
+      m_segments[m_group[i]].node = m_oldNodes[i];
+    }
+    for (size_t i = reused; i < m_oldNodes.size(); ++i)
+      m_status.Erase(m_oldNodes[i]);
+    int32_t last = reused > 0 ? m_oldNodes[reused - 1] : below;
+    for (size_t i = reused; i < m_group.size(); ++i) {
+      last = m_status.InsertAbove(last, m_group[i]);
+      m_segments[m_group[i]].node = last;
+    }
+  }
 
-// Edge indices grouped by a rank (counting sort).
-struct Buckets {
-  std::vector<uint32_t> start;
-  std::vector<uint32_t> items;
+  // Going up from the carrier below, each carrier of the group adds its
+  // multiplicity; coincident carriers share the windings of the run.
+  void AssignWindings(int32_t below) {
+    int32_t winding = below == kNone ? 0 : m_segments[m_status.ValueOf(below)].windingAbove;
+    for (size_t i = 0; i < m_group.size();) {
+      size_t j = i;
+      int32_t after = winding;
+      do {
+        after -= m_segments[m_group[j]].multiplicity;
+        ++j;
+      } while (j < m_group.size() && TurnBetween(m_segments[m_group[j - 1]], m_segments[m_group[j]]) == 0);
+      for (size_t k = i; k < j; ++k) {
+        Segment& s = m_segments[m_group[k]];
+        s.windingBelow = winding;
+        s.windingAbove = after;
+        s.emits = k == i;
+      }
+      winding = after;
+      i = j;
+    }
+  }
+
+  void CheckNeighbours(int32_t below) {
+    if (m_group.empty()) {
+      CheckPair(below, below == kNone ? m_status.Head() : m_status.Next(below));
+      return;
+    }
+    CheckPair(below, m_segments[m_group.front()].node);
+    const int32_t top = m_segments[m_group.back()].node;
+    CheckPair(top, m_status.Next(top));
+  }
+
+  // Queues the proper crossing of two neighbours (ahead of the sweep, as
+  // neighbours cannot have crossed behind it).
+  void CheckPair(int32_t lower, int32_t upper) {
+    if (lower == kNone || upper == kNone)
+      return;
+    const Segment& a = m_segments[m_status.ValueOf(lower)];
+    const Segment& b = m_segments[m_status.ValueOf(upper)];
+    if (!BoxesMeet(a, b))
+      return;
+    ExactCoordinates c;
+    if (!ProperCrossing(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY, &c))
+      return;
+    M2dGraphPoint* q = m_graph.GetExactPoint(c);
+    uint8_t& queued = QueuedMark(q);
+    if (queued == 0) {
+      queued = 1;
+      m_crossings.push(q);
+    }
+  }
 };
-
-template <class Key>
-Buckets GroupBy(size_t numRanks, const std::vector<SweepEdge>& edges, Key key) {
-  Buckets b;
-  b.start.assign(numRanks + 1, 0);
-  for (const SweepEdge& e : edges) {
-    const uint32_t k = key(e);
-    if (k != kNoRank)
-      ++b.start[k + 1];
-  }
-  for (size_t r = 1; r < b.start.size(); ++r)
-    b.start[r] += b.start[r - 1];
-  std::vector<uint32_t> fill(b.start.begin(), b.start.end() - 1);
-  b.items.resize(b.start.back());
-  for (uint32_t i = 0; i < edges.size(); ++i) {
-    const uint32_t k = key(edges[i]);
-    if (k != kNoRank)
-      b.items[fill[k]++] = i;
-  }
-  return b;
-}
-
-// A vertical edge takes the winding left of it from the highest edge that
-// its lower end lies on or above.
-void ClassifyVertical(Status& status, std::vector<SweepEdge>& edges, uint32_t v) {
-  SweepEdge& e = edges[v];
-  auto it = status.upper_bound(PointProbe{e.line.left, e.line.leftX, e.line.leftY});
-  // Going up, the right side is +x: stored as "below" so that for every edge
-  // the right side of its sweep orientation is windingBelow.
-  e.windingAbove = it == status.begin() ? 0 : edges[std::prev(it)->number].windingAbove;
-  e.windingBelow = e.windingAbove + e.multiplicity;
-}
-
-// Inserts the edges starting at one point, bottom to top. `above`, when
-// given, is the edge just above the point (where edges ending there were
-// erased): the new edges go right below it, which spares the search.
-void InsertStarting(Status& status, std::vector<SweepEdge>& edges, std::vector<uint32_t>& starting,
-                    std::vector<Status::iterator>& where, const Status::iterator* above) {
-  std::sort(starting.begin(), starting.end(), [&edges](uint32_t s, uint32_t t) {
-    const SweepLine& a = edges[s].line;
-    const SweepLine& b = edges[t].line;
-    return static_cast<Int128>(a.directionX) * b.directionY -
-               static_cast<Int128>(a.directionY) * b.directionX >
-           0;
-  });
-  Status::iterator hint = above != nullptr ? *above : status.end();
-  for (uint32_t s : starting) {
-    const auto it = above != nullptr || s != starting.front() ? status.insert(hint, edges[s].line)
-                                                              : status.insert(edges[s].line).first;
-    hint = std::next(it);
-    where[s] = it;
-    SweepEdge& e = edges[s];
-    e.windingBelow = it == status.begin() ? 0 : edges[std::prev(it)->number].windingAbove;
-    e.windingAbove = e.windingBelow - e.multiplicity;
-  }
-}
-
-// Vertical edges at one x take the winding left of them before any edge that
-// ends at that x leaves the status.
-void ClassifyVerticalsAtX(Status& status, std::vector<SweepEdge>& edges, const Buckets& verticals,
-                          const std::vector<uint8_t>& startsNewX, size_t first) {
-  for (size_t r = first; r < startsNewX.size() && (r == first || startsNewX[r] == 0); ++r) {
-    for (uint32_t k = verticals.start[r]; k < verticals.start[r + 1]; ++k) {
-      ClassifyVertical(status, edges, verticals.items[k]);
-    }
-  }
-}
-
-void Sweep(std::vector<SweepEdge>& edges, const std::vector<uint8_t>& startsNewX) {
-  const size_t numRanks = startsNewX.size();
-  const Buckets starts = GroupBy(
-      numRanks, edges, [](const SweepEdge& e) { return e.line.directionX != 0 ? e.line.leftRank : kNoRank; });
-  const Buckets ends = GroupBy(
-      numRanks, edges, [](const SweepEdge& e) { return e.line.directionX != 0 ? e.rightRank : kNoRank; });
-  const Buckets verticals = GroupBy(
-      numRanks, edges, [](const SweepEdge& e) { return e.line.directionX == 0 ? e.line.leftRank : kNoRank; });
-  NodePool pool(kStatusNodeSize);
-  Status status(BelowOrder{}, PoolAllocator<SweepLine>(&pool));
-  std::vector<Status::iterator> where(edges.size(), status.end());
-  std::vector<uint32_t> starting;
-  for (size_t r = 0; r < numRanks; ++r) {
-    if (startsNewX[r] != 0) {
-      ClassifyVerticalsAtX(status, edges, verticals, startsNewX, r);
-    }
-    Status::iterator above = status.end();
-    for (uint32_t k = ends.start[r]; k < ends.start[r + 1]; ++k)
-      above = status.erase(where[ends.items[k]]);
-    starting.assign(starts.items.begin() + starts.start[r], starts.items.begin() + starts.start[r + 1]);
-    InsertStarting(status, edges, starting, where, ends.start[r] < ends.start[r + 1] ? &above : nullptr);
-  }
-}
 
 }  // namespace
 
-void ComputeWindings(std::vector<Edge>& edges, uint32_t numPoints) {
-  std::vector<uint32_t> rankOf(numPoints, kNoRank);
-  const std::vector<uint8_t> startsNewX = RankPoints(edges, rankOf);
-  std::vector<SweepEdge> sweepEdges;
-  sweepEdges.reserve(edges.size());
-  for (uint32_t i = 0; i < edges.size(); ++i)
-    sweepEdges.push_back(MakeSweepEdge(edges[i], i, rankOf));
-  Sweep(sweepEdges, startsNewX);
-  for (size_t i = 0; i < edges.size(); ++i) {
-    const SweepEdge& s = sweepEdges[i];
-    const bool forward = s.multiplicity == edges[i].multiplicity;
-    // Left to right (or upward), the right side is below (or right of) the edge.
-    edges[i].windingRight = forward ? s.windingBelow : s.windingAbove;
-    edges[i].windingLeft = forward ? s.windingAbove : s.windingBelow;
-  }
+std::vector<Edge> SweepArrangement(M2dGraph& graph, const std::vector<Carrier>& carriers) {
+  ArrangementSweep sweep(graph, carriers);
+  return sweep.Run();
 }
 
 }  // namespace kelvor_boolean

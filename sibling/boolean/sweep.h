@@ -1,5 +1,5 @@
-// Internal steps of the boolean engine: splitting the fed lines into edges
-// that meet only at their ends, and the sweep that gives each edge the
+// Internal step of the boolean engine: one sweep over the fed lines that
+// splits them at every crossing, touch and overlap and gives every piece the
 // winding numbers on its two sides.
 #pragma once
 
@@ -14,41 +14,25 @@ namespace kelvor_boolean {
 struct Carrier {
   M2dGraphPoint* from;  // grid point a
   M2dGraphPoint* to;    // grid point b, not the same object as from
-  int32_t minX;         // bounding box of a-b
-  int32_t minY;
-  int32_t maxX;
-  int32_t maxY;
-  int32_t fromX;  // coordinates of from and to, so that pair tests read no point
-  int32_t fromY;
-  int32_t toX;
-  int32_t toY;
 };
 
-// The carrier from -> to with its box.
-Carrier MakeCarrier(M2dGraphPoint* from, M2dGraphPoint* to);
-
-// A piece of one or more carriers between two graph points, with the net
-// number of fed lines running lo -> hi (those running hi -> lo count -1).
+// A piece of one or more carriers between two graph points that meet no
+// other carrier in between, with the winding numbers on its two sides.
+// Coincident pieces of overlapping carriers give one edge.
 struct Edge {
-  M2dGraphPoint* lo;  // end of lower point index
-  M2dGraphPoint* hi;  // end of higher point index
-  int32_t anchorX;    // a grid point of the carrier line
-  int32_t anchorY;
-  int64_t directionX;  // grid direction of the carrier, oriented lo -> hi
+  M2dGraphPoint* start;  // the end that comes first in (x, y) order
+  M2dGraphPoint* end;    // the other end
+  int64_t directionX;    // grid direction of the carrier, oriented start -> end
   int64_t directionY;
-  int32_t multiplicity;  // net fed lines lo -> hi; never 0 after splitting
-  int32_t windingRight;  // winding number right of lo -> hi
-  int32_t windingLeft;   // winding number left of lo -> hi
+  int32_t windingRight;  // winding number right of start -> end
+  int32_t windingLeft;   // winding number left of start -> end
 };
 
-// Splits the carriers at every proper crossing, every end that touches
-// another carrier and every overlap; merges coincident pieces. Crossing
-// points are made in `graph`.
-std::vector<Edge> SplitIntoEdges(M2dGraph& graph, const std::vector<Carrier>& carriers);
-
-// Fills windingRight and windingLeft of every edge by a sweep in x; the
-// region far away has winding 0 and crossing an edge from its left to its
-// right adds its multiplicity.
-void ComputeWindings(std::vector<Edge>& edges, uint32_t numPoints);
+// Sweeps the carriers in (x, y) order: a Bentley-Ottmann sweep whose status is
+// a treap, so the cost is O((n + k) log n) for n carriers and k crossings.
+// Crossing points are made in `graph`. Only edges whose two sides differ in
+// winding are returned; the region far away has winding 0 and crossing a
+// carrier fed a -> b from its left to its right adds 1.
+std::vector<Edge> SweepArrangement(M2dGraph& graph, const std::vector<Carrier>& carriers);
 
 }  // namespace kelvor_boolean

@@ -63,10 +63,12 @@ inline std::vector<Ring> WalkRings(M2dBoolean& engine, bool* allClosed) {
 }
 
 inline double ExactX(const M2dGraphPoint* p) {
-  return kelvor_boolean::ExactToDouble(p->exact.x, p->exact.xFraction, p->exact.denominator);
+  const kelvor_boolean::ExactCoordinates e = p->Exact();
+  return kelvor_boolean::ExactToDouble(e.x, e.xFraction, e.denominator);
 }
 inline double ExactY(const M2dGraphPoint* p) {
-  return kelvor_boolean::ExactToDouble(p->exact.y, p->exact.yFraction, p->exact.denominator);
+  const kelvor_boolean::ExactCoordinates e = p->Exact();
+  return kelvor_boolean::ExactToDouble(e.y, e.yFraction, e.denominator);
 }
 
 // Signed area, positive for clockwise rings (y up).
