@@ -3,23 +3,9 @@
 #include "sibling/boolean/pairing.h"
 #include "sibling/boolean/sweep.h"
 
-using kelvor_boolean::Carrier;
-using kelvor_boolean::Edge;
-
 namespace {
 
 constexpr int16_t kNoUpperBound = 32767;
-
-// The fed lines with a length, as carriers.
-std::vector<Carrier> CollectCarriers(const DLIST<M2dGraphLine>& lines) {
-  std::vector<Carrier> carriers;
-  carriers.reserve(lines.count);
-  for (const M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
-    if (n->line.from != n->line.to)
-      carriers.push_back(Carrier{n->line.from, n->line.to});
-  }
-  return carriers;
-}
 
 }  // namespace
 
@@ -35,18 +21,28 @@ void M2dBoolean::AddShell(int32_t lowestY, int32_t highestY) {
 
 template <class Inside>
 void M2dBoolean::SplitAndKeep(Inside inside) {
-  const std::vector<Carrier> carriers = CollectCarriers(*lines);
-  const std::vector<Edge> edges = kelvor_boolean::SweepArrangement(*this, carriers);
-  ClearLines();
-  for (const Edge& e : edges) {
-    const bool right = inside(e.windingRight);
-    if (right == inside(e.windingLeft))
-      continue;
-    // The material goes on the right of the surviving line.
-    M2dGraphLineNode* node = right ? AddLine(e.start, e.end, false) : AddLine(e.end, e.start, false);
-    node->line.directionX = right ? e.directionX : -e.directionX;
-    node->line.directionY = right ? e.directionY : -e.directionY;
-  }
+  // The fed lines give way to the survivors as the sweep makes them, each
+  // directed with the material on its right.
+  class Keeper : public kelvor_boolean::EdgeSink {
+   public:
+    Keeper(M2dBoolean& engine, Inside& inside) : m_engine(engine), m_inside(inside) {}
+    void LinesTaken() override { m_engine.ClearLines(); }
+    void Take(const kelvor_boolean::Edge& e) override {
+      const bool right = m_inside(e.windingRight);
+      if (right == m_inside(e.windingLeft))
+        return;
+      M2dGraphLineNode* node =
+          right ? m_engine.AddLine(e.start, e.end, false) : m_engine.AddLine(e.end, e.start, false);
+      node->line.directionX = right ? e.directionX : -e.directionX;
+      node->line.directionY = right ? e.directionY : -e.directionY;
+    }
+
+   private:
+    M2dBoolean& m_engine;
+    Inside& m_inside;
+  };
+  Keeper keeper(*this, inside);
+  kelvor_boolean::SweepArrangement(*this, keeper);
   kelvor_boolean::PairIntoSimpleRings(*lines, GetNumPoints());
   m_shellStart = lines->count;
 }

@@ -101,16 +101,34 @@ int OrientationOfExact(int64_t ax, int64_t ay, int64_t dx, int64_t dy, const Exa
   return SignOf(whole * static_cast<Int128>(p.denominator) + fraction);
 }
 
-bool ProperCrossing(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, int64_t cy, int64_t dx,
-                    int64_t dy, ExactCoordinates* crossing) {
+UInt128 FloorQuotient(UInt128 n, UInt128 d) {
+  const long double estimate = std::floor(static_cast<long double>(n) / static_cast<long double>(d));
+  UInt128 q = estimate > 0.0L ? static_cast<UInt128>(static_cast<uint64_t>(estimate)) : 0;
+  UInt128 product = q * d;
+  while (product > n) {
+    --q;
+    product -= d;
+  }
+  while (n - product >= d) {
+    ++q;
+    product += d;
+  }
+  return q;
+}
+
+bool CrossProperly(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, int64_t cy, int64_t dx,
+                   int64_t dy) {
   const int o1 = Orientation(ax, ay, bx, by, cx, cy);
   const int o2 = Orientation(ax, ay, bx, by, dx, dy);
   if (o1 == 0 || o2 == 0 || o1 == o2)
     return false;
   const int o3 = Orientation(cx, cy, dx, dy, ax, ay);
   const int o4 = Orientation(cx, cy, dx, dy, bx, by);
-  if (o3 == 0 || o4 == 0 || o3 == o4)
-    return false;
+  return o3 != 0 && o4 != 0 && o3 != o4;
+}
+
+ExactCoordinates CrossingOf(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, int64_t cy,
+                            int64_t dx, int64_t dy) {
   const Int128 ux = bx - ax, uy = by - ay, vx = dx - cx, vy = dy - cy;
   Int128 den = ux * vy - uy * vx;
   Int128 num = static_cast<Int128>(cx - ax) * vy - static_cast<Int128>(cy - ay) * vx;
@@ -118,9 +136,18 @@ bool ProperCrossing(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, 
     den = -den;
     num = -num;
   }
-  SplitRational(static_cast<Int128>(ax) * den + ux * num, den, &crossing->x, &crossing->xFraction);
-  SplitRational(static_cast<Int128>(ay) * den + uy * num, den, &crossing->y, &crossing->yFraction);
-  crossing->denominator = static_cast<UInt128>(den);
+  ExactCoordinates crossing;
+  SplitRational(static_cast<Int128>(ax) * den + ux * num, den, &crossing.x, &crossing.xFraction);
+  SplitRational(static_cast<Int128>(ay) * den + uy * num, den, &crossing.y, &crossing.yFraction);
+  crossing.denominator = static_cast<UInt128>(den);
+  return crossing;
+}
+
+bool ProperCrossing(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, int64_t cy, int64_t dx,
+                    int64_t dy, ExactCoordinates* crossing) {
+  if (!CrossProperly(ax, ay, bx, by, cx, cy, dx, dy))
+    return false;
+  *crossing = CrossingOf(ax, ay, bx, by, cx, cy, dx, dy);
   return true;
 }
 

@@ -49,6 +49,21 @@ bool SameExactPosition(const ExactCoordinates& p, const ExactCoordinates& q);
 // |dx|, |dy| must stay below 2^33.
 int OrientationOfExact(int64_t ax, int64_t ay, int64_t dx, int64_t dy, const ExactCoordinates& p);
 
+// floor(n / d) for d > 0 and a quotient below 2^63 whose product with d,
+// plus 2 d, stays below 2^128: estimated in extended precision and corrected
+// exactly, which spares a 128-bit division.
+UInt128 FloorQuotient(UInt128 n, UInt128 d);
+
+// True when segments a-b and c-d cross properly: each segment's endpoints lie
+// strictly on both sides of the other.
+bool CrossProperly(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, int64_t cy, int64_t dx,
+                   int64_t dy);
+
+// The crossing point of the lines through a-b and c-d, which must cross
+// properly.
+ExactCoordinates CrossingOf(int64_t ax, int64_t ay, int64_t bx, int64_t by, int64_t cx, int64_t cy,
+                            int64_t dx, int64_t dy);
+
 // The crossing of segments a-b and c-d when they cross properly (each
 // segment's endpoints strictly on both sides of the other). False otherwise,
 // leaving *crossing untouched.

@@ -41,8 +41,8 @@ void StoreRecordFractions(M2dGraphPoint* p, const ExactCoordinates& e) {
   }
   constexpr UInt128 kScale = static_cast<UInt128>(1) << 31;
   const UInt128 half = e.denominator / 2;
-  UInt128 nx = (e.xFraction * kScale + half) / e.denominator;
-  UInt128 ny = (e.yFraction * kScale + half) / e.denominator;
+  UInt128 nx = kelvor_boolean::FloorQuotient(e.xFraction * kScale + half, e.denominator);
+  UInt128 ny = kelvor_boolean::FloorQuotient(e.yFraction * kScale + half, e.denominator);
   if (nx >= kScale)
     nx = kScale - 1;
   if (ny >= kScale)
@@ -57,7 +57,7 @@ void StoreRecordFractions(M2dGraphPoint* p, const ExactCoordinates& e) {
 uint64_t FractionKey(UInt128 fraction, UInt128 denominator) {
   if (fraction == 0)
     return 0;
-  return static_cast<uint64_t>((fraction << 62) / denominator);
+  return static_cast<uint64_t>(kelvor_boolean::FloorQuotient(fraction << 62, denominator));
 }
 
 }  // namespace
@@ -105,26 +105,26 @@ void M2dGraph::PrefetchGridPoint(int32_t x, int32_t y) const {
 void M2dGraph::ReservePoints(uint32_t count) {
   m_points.reserve(count);
   size_t size = m_slots.empty() ? kFirstSlotCount : m_slots.size();
-  while (static_cast<size_t>(count) * 2 > size)
-    size *= 4;
+  while (static_cast<size_t>(count) * 4 > size * 3)
+    size *= 2;
   if (size > m_slots.size())
     GrowSlots(size);
 }
 
 M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
   if (m_slots.empty())
-    m_slots.assign(kFirstSlotCount, Slot{0, nullptr, false});
+    m_slots.assign(kFirstSlotCount, Slot{0, nullptr});
   const uint64_t whole = PackWholeParts(x, y);
   const size_t mask = m_slots.size() - 1;
   size_t i = MixBits(whole) & mask;
   for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
-    if (m_slots[i].whole == whole && m_slots[i].onGrid)
+    if (m_slots[i].whole == whole && m_slots[i].point->IsInteger())
       return m_slots[i].point;
   }
   M2dGraphPoint* p = NewPoint(x, y);
-  m_slots[i] = Slot{whole, p, true};
-  if (m_points.size() * 2 > m_slots.size())
-    GrowSlots(m_slots.size() * 4);
+  m_slots[i] = Slot{whole, p};
+  if (m_points.size() * 4 > m_slots.size() * 3)
+    GrowSlots(m_slots.size() * 2);
   return p;
 }
 
@@ -132,22 +132,22 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   if (position.xFraction == 0 && position.yFraction == 0)
     return GetGridPoint(position.x, position.y);  // a crossing on the grid is a grid point
   if (m_slots.empty())
-    m_slots.assign(kFirstSlotCount, Slot{0, nullptr, false});
+    m_slots.assign(kFirstSlotCount, Slot{0, nullptr});
   const uint64_t whole = PackWholeParts(position.x, position.y);
   const size_t mask = m_slots.size() - 1;
   size_t i = MixBits(whole) & mask;
   for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
     const Slot& slot = m_slots[i];
-    if (slot.whole == whole && !slot.onGrid &&
+    if (slot.whole == whole && !slot.point->IsInteger() &&
         kelvor_boolean::SameExactPosition(slot.point->fraction->exact, position))
       return slot.point;
   }
   M2dGraphPoint* p = NewPoint(position.x, position.y);
   p->fraction = NewFraction(position);
   StoreRecordFractions(p, position);
-  m_slots[i] = Slot{whole, p, false};
-  if (m_points.size() * 2 > m_slots.size())
-    GrowSlots(m_slots.size() * 4);
+  m_slots[i] = Slot{whole, p};
+  if (m_points.size() * 4 > m_slots.size() * 3)
+    GrowSlots(m_slots.size() * 2);
   return p;
 }
 
@@ -182,7 +182,7 @@ const M2dGraphFraction* M2dGraph::NewFraction(const ExactCoordinates& position) 
 void M2dGraph::GrowSlots(size_t size) {
   std::vector<Slot> old;
   old.swap(m_slots);
-  m_slots.assign(size, Slot{0, nullptr, false});
+  m_slots.assign(size, Slot{0, nullptr});
   const size_t mask = m_slots.size() - 1;
   for (const Slot& slot : old) {
     if (slot.point == nullptr)

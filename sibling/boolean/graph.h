@@ -185,14 +185,13 @@ class M2dGraph {
   struct Slot {
     uint64_t whole;
     M2dGraphPoint* point;  // null: free slot
-    bool onGrid;           // the point has no fraction
   };
   std::vector<M2dGraphPoint*> m_points;             // every point by index; they live in m_blocks
   std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points (new[])
   uint32_t m_blockUsed = 0;                         // points used in the last block
   std::vector<M2dGraphFraction*> m_fractionBlocks;  // owned blocks of fractions (new[])
   uint32_t m_fractionBlockUsed = 0;                 // fractions used in the last block
-  std::vector<Slot> m_slots;                        // lookup table, at most half full
+  std::vector<Slot> m_slots;                        // lookup table, at most three quarters full
   std::vector<M2dGraphLineNode*> m_lineBlocks;      // owned blocks of line nodes (new[])
   size_t m_lineBlock = 0;                           // block that the next line node comes from
   uint32_t m_lineBlockUsed = 0;                     // nodes used in that block

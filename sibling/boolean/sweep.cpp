@@ -15,6 +15,7 @@ namespace kelvor_boolean {
 namespace {
 
 constexpr int32_t kNone = SweepStatus::kNone;
+constexpr size_t kPrefetchAhead = 8;  // end records between asking for a segment and reading it
 
 // A carrier as the sweep sees it: oriented left to right, or upward when it
 // is vertical.
@@ -23,45 +24,90 @@ struct Segment {
   int32_t leftY;
   int32_t rightX;  // the right (upper) end
   int32_t rightY;
-  int64_t directionX;  // right - left: > 0, or 0 with directionY > 0
-  int64_t directionY;
-  const M2dGraphPoint* right;  // the right (upper) end
-  M2dGraphPoint* pieceStart;   // where the current piece began
-  int32_t multiplicity;        // +1 when fed left to right, -1 when fed right to left
-  int32_t windingBelow;        // winding right of the sweep orientation (below; +x of a vertical)
-  int32_t windingAbove;        // winding left of it
-  int32_t node;                // status node while in the status
-  bool emits;                  // lowest of coincident carriers: it alone emits the shared piece
+  M2dGraphPoint* right;       // the right (upper) end
+  M2dGraphPoint* pieceStart;  // where the current piece began: the left end until the sweep reaches it
+  int32_t windingBelow;       // winding right of the sweep orientation (below; +x of a vertical)
+  int32_t windingAbove;       // winding left of it
+  int32_t node;               // status node while in the status
+  int8_t multiplicity;        // +1 when fed left to right, -1 when fed right to left
+  bool emits;                 // lowest of coincident carriers: it alone emits the shared piece
+
+  // right - left: directionX > 0, or 0 with directionY > 0.
+  int64_t DirectionX() const { return static_cast<int64_t>(rightX) - leftX; }
+  int64_t DirectionY() const { return static_cast<int64_t>(rightY) - leftY; }
 };
+static_assert(sizeof(Segment) <= 48, "a segment fits in 48 bytes");
 
 // An end of a carrier in the event order: (x, y) packed so that unsigned
 // order is lexicographic signed order, and the carrier number with a flag.
+// An event on the grid: a point where a carrier starts, or where carriers
+// only end. A start names a carrier ending there when a neighbour in the
+// line list does, so that the sweep finds the point's place in the status
+// without a search.
 struct EndRecord {
   uint64_t key;
-  M2dGraphPoint* point;      // the end itself
-  uint32_t carrierAndStart;  // carrier * 2 + 1 for a left end, carrier * 2 for a right end
+  uint32_t starting;  // carrier whose left end this is, or kNoCarrier
+  uint32_t ending;    // a carrier whose right end this is, or kNoCarrier
 };
 
-uint64_t EventKey(const M2dGraphPoint* p) {
-  return (static_cast<uint64_t>(static_cast<uint32_t>(p->x) ^ 0x80000000u) << 32) |
-         (static_cast<uint32_t>(p->y) ^ 0x80000000u);
+constexpr uint32_t kNoCarrier = 0xffffffffu;
+
+uint64_t EventKey(int32_t x, int32_t y) {
+  return (static_cast<uint64_t>(static_cast<uint32_t>(x) ^ 0x80000000u) << 32) |
+         (static_cast<uint32_t>(y) ^ 0x80000000u);
+}
+int32_t KeyX(uint64_t key) {
+  return static_cast<int32_t>(static_cast<uint32_t>(key >> 32) ^ 0x80000000u);
+}
+int32_t KeyY(uint64_t key) {
+  return static_cast<int32_t>(static_cast<uint32_t>(key) ^ 0x80000000u);
 }
 
-// Stable LSD radix sort on the 64-bit key, 16 bits per pass; passes whose
-// digit is the same for every record are skipped.
+// Order of the grid point (x, y) and the point q: -1, 0 or +1.
+int CompareGridWithPoint(int32_t x, int32_t y, const M2dGraphPoint* q) {
+  if (x != q->x)
+    return x < q->x ? -1 : 1;
+  if (!q->IsInteger() && q->fraction->exact.xFraction != 0)
+    return -1;
+  if (y != q->y)
+    return y < q->y ? -1 : 1;
+  return !q->IsInteger() && q->fraction->exact.yFraction != 0 ? -1 : 0;
+}
+
+// Stable LSD radix sort of the records by key. The keys are first mapped to
+// (x - least x) * (y span) + (y - least y), which keeps their order and needs
+// only as many bits as the extent of the points; those bits are sorted in
+// passes of at most 12 bits, so each pass scatters into few buckets.
 void SortByKey(std::vector<EndRecord>& records) {
+  if (records.size() < 2)
+    return;
+  uint32_t minX = UINT32_MAX, maxX = 0, minY = UINT32_MAX, maxY = 0;
+  for (const EndRecord& r : records) {
+    const uint32_t x = static_cast<uint32_t>(r.key >> 32), y = static_cast<uint32_t>(r.key);
+    minX = std::min(minX, x);
+    maxX = std::max(maxX, x);
+    minY = std::min(minY, y);
+    maxY = std::max(maxY, y);
+  }
+  const uint64_t spanY = static_cast<uint64_t>(maxY - minY) + 1;
+  auto compact = [=](uint64_t key) {
+    return (static_cast<uint32_t>(key >> 32) - minX) * spanY + (static_cast<uint32_t>(key) - minY);
+  };
+  const uint64_t largest = compact((static_cast<uint64_t>(maxX) << 32) | maxY);
+  const int bits = largest == 0 ? 0 : 64 - __builtin_clzll(largest);
+  const int passes = (bits + 11) / 12;
+  const int digitBits = passes == 0 ? 0 : (bits + passes - 1) / passes;
+  const uint64_t mask = (static_cast<uint64_t>(1) << digitBits) - 1;
   std::vector<EndRecord> buffer(records.size());
-  std::vector<uint32_t> count(65537);
-  for (int shift = 0; shift < 64; shift += 16) {
+  std::vector<uint32_t> count((static_cast<size_t>(1) << digitBits) + 1);
+  for (int shift = 0; shift < bits; shift += digitBits) {
     std::fill(count.begin(), count.end(), 0);
     for (const EndRecord& r : records)
-      ++count[((r.key >> shift) & 0xffff) + 1];
-    if (std::any_of(count.begin() + 1, count.end(), [&](uint32_t c) { return c == records.size(); }))
-      continue;
+      ++count[((compact(r.key) >> shift) & mask) + 1];
     for (size_t d = 1; d < count.size(); ++d)
       count[d] += count[d - 1];
     for (const EndRecord& r : records)
-      buffer[count[(r.key >> shift) & 0xffff]++] = r;
+      buffer[count[(compact(r.key) >> shift) & mask]++] = r;
     records.swap(buffer);
   }
 }
@@ -78,8 +124,7 @@ struct Probe {
 };
 
 Probe GridProbe(const M2dGraphPoint* p, uint64_t key) {
-  const int32_t x = static_cast<int32_t>(static_cast<uint32_t>(key >> 32) ^ 0x80000000u);
-  const int32_t y = static_cast<int32_t>(static_cast<uint32_t>(key) ^ 0x80000000u);
+  const int32_t x = KeyX(key), y = KeyY(key);
   return Probe{p, static_cast<double>(x), static_cast<double>(y), x, y, true};
 }
 
@@ -91,7 +136,7 @@ Probe PointProbe(const M2dGraphPoint* p) {
 // below, 0 on it. A floating-point filter decides clear cases; the exact
 // predicate decides the rest.
 int SideOf(const Segment& s, const Probe& p) {
-  const double dx = static_cast<double>(s.directionX), dy = static_cast<double>(s.directionY);
+  const double dx = static_cast<double>(s.DirectionX()), dy = static_cast<double>(s.DirectionY());
   const double a = dx * (p.y - s.leftY), b = dy * (p.x - s.leftX);
   const double det = a - b;
   // Rounding of the point (relative 2^-52 of coordinates below 2^32) and of
@@ -103,14 +148,14 @@ int SideOf(const Segment& s, const Probe& p) {
     return -1;
   if (p.onGrid)
     return Orientation(s.leftX, s.leftY, s.rightX, s.rightY, p.gridX, p.gridY);
-  return OrientationOfExact(s.leftX, s.leftY, s.directionX, s.directionY, p.point->fraction->exact);
+  return OrientationOfExact(s.leftX, s.leftY, s.DirectionX(), s.DirectionY(), p.point->fraction->exact);
 }
 
 // Sign of the turn from a's direction to b's: > 0 when b is steeper, so that
 // right of a common point a lies below b.
 int TurnBetween(const Segment& a, const Segment& b) {
-  return SignOf(static_cast<Int128>(a.directionX) * b.directionY -
-                static_cast<Int128>(a.directionY) * b.directionX);
+  return SignOf(static_cast<Int128>(a.DirectionX()) * b.DirectionY() -
+                static_cast<Int128>(a.DirectionY()) * b.DirectionX());
 }
 
 bool BoxesMeet(const Segment& a, const Segment& b) {
@@ -119,23 +164,71 @@ bool BoxesMeet(const Segment& a, const Segment& b) {
          std::min(b.leftY, b.rightY) <= std::max(a.leftY, a.rightY);
 }
 
+// The pairs of carriers whose crossing is queued already: in the sweep a pair
+// can meet as neighbours again and again, and its one crossing is queued
+// once. Open addressing over nonzero 64-bit keys.
+class PairSet {
+ public:
+  // Adds the pair; false when it was there.
+  bool Insert(uint32_t a, uint32_t b) {
+    const uint64_t key = (static_cast<uint64_t>(std::min(a, b)) + 1) << 32 | (std::max(a, b) + 1u);
+    if ((m_count + 1) * 2 > m_keys.size())
+      Grow();
+    const size_t mask = m_keys.size() - 1;
+    for (size_t i = Mix(key) & mask;; i = (i + 1) & mask) {
+      if (m_keys[i] == key)
+        return false;
+      if (m_keys[i] == 0) {
+        m_keys[i] = key;
+        ++m_count;
+        return true;
+      }
+    }
+  }
+
+ private:
+  std::vector<uint64_t> m_keys;
+  size_t m_count = 0;
+
+  static uint64_t Mix(uint64_t h) {
+    h ^= h >> 31;
+    h *= 0x9e3779b97f4a7c15ULL;
+    return h ^ (h >> 29);
+  }
+  void Grow() {
+    std::vector<uint64_t> old(std::max<size_t>(1024, 2 * m_keys.size()), 0);
+    old.swap(m_keys);
+    const size_t mask = m_keys.size() - 1;
+    for (uint64_t key : old) {
+      if (key == 0)
+        continue;
+      size_t i = Mix(key) & mask;
+      while (m_keys[i] != 0)
+        i = (i + 1) & mask;
+      m_keys[i] = key;
+    }
+  }
+};
+
 struct LaterPoint {
   bool operator()(const M2dGraphPoint* p, const M2dGraphPoint* q) const { return ComparePointXY(p, q) > 0; }
 };
 
 class ArrangementSweep {
  public:
-  ArrangementSweep(M2dGraph& graph, const std::vector<Carrier>& carriers) : m_graph(graph) {
-    MakeSegments(carriers);
+  ArrangementSweep(M2dGraph& graph, EdgeSink& sink) : m_graph(graph), m_sink(sink) {
+    TakeLines(*graph.lines);
   }
 
-  std::vector<Edge> Run() {
+  void Run() {
     size_t r = 0;
     while (r < m_ends.size() || !m_crossings.empty()) {
-      const bool fromEnds = r < m_ends.size() &&
-                            (m_crossings.empty() || ComparePointXY(m_ends[r].point, m_crossings.top()) <= 0);
+      const uint64_t key = r < m_ends.size() ? m_ends[r].key : 0;
+      const bool fromEnds =
+          r < m_ends.size() &&
+          (m_crossings.empty() || CompareGridWithPoint(KeyX(key), KeyY(key), m_crossings.top()) <= 0);
       if (fromEnds) {
-        if (!m_crossings.empty() && m_crossings.top() == m_ends[r].point)
+        if (!m_crossings.empty() && CompareGridWithPoint(KeyX(key), KeyY(key), m_crossings.top()) == 0)
           m_crossings.pop();  // a crossing on the grid point of an end: one event
         r = SweepEndPoint(r);
         continue;
@@ -145,49 +238,74 @@ class ArrangementSweep {
       m_starting.clear();
       SweepPoint(PointProbe(p), p, kNone);
     }
-    return std::move(m_edges);
   }
 
  private:
   M2dGraph& m_graph;
+  EdgeSink& m_sink;
   std::vector<Segment> m_segments;
-  std::vector<EndRecord> m_ends;  // both ends of every carrier, in event order
+  std::vector<EndRecord> m_ends;  // the events on the grid, in event order
   std::priority_queue<M2dGraphPoint*, std::vector<M2dGraphPoint*>, LaterPoint> m_crossings;
   std::vector<uint8_t> m_queued;  // per point index: 1 once queued as a crossing
+  PairSet m_queuedPairs;          // pairs of carriers whose crossing is queued
   SweepStatus m_status;
-  std::vector<Edge> m_edges;
   std::vector<int32_t> m_oldNodes;   // scratch: the status nodes through the event point
   std::vector<uint32_t> m_group;     // scratch: the carriers leaving the event point
   std::vector<uint32_t> m_starting;  // scratch: the carriers starting at the event point
 
-  void MakeSegments(const std::vector<Carrier>& carriers) {
-    m_segments.resize(carriers.size());
-    m_ends.resize(2 * carriers.size());
-    for (uint32_t i = 0; i < carriers.size(); ++i) {
-      M2dGraphPoint* from = carriers[i].from;
-      M2dGraphPoint* to = carriers[i].to;
-      const bool forward = from->x < to->x || (from->x == to->x && from->y < to->y);
-      M2dGraphPoint* left = forward ? from : to;
-      M2dGraphPoint* right = forward ? to : from;
-      Segment& s = m_segments[i];
-      s.leftX = left->x;
-      s.leftY = left->y;
-      s.rightX = right->x;
-      s.rightY = right->y;
-      s.directionX = static_cast<int64_t>(right->x) - left->x;
-      s.directionY = static_cast<int64_t>(right->y) - left->y;
-      s.right = right;
-      s.pieceStart = left;
-      s.multiplicity = forward ? 1 : -1;
-      s.windingBelow = s.windingAbove = 0;
-      s.node = kNone;
-      s.emits = true;
-      m_ends[2 * i] = EndRecord{EventKey(left), left, 2 * i + 1};
-      m_ends[2 * i + 1] = EndRecord{EventKey(right), right, 2 * i};
+  // Every fed line of some length becomes a carrier; then the sink may clear
+  // the lines.
+  void TakeLines(const DLIST<M2dGraphLine>& lines) {
+    m_segments.reserve(lines.count);
+    for (const M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
+      if (n->line.from != n->line.to)
+        AddCarrier(n->line.from, n->line.to);
     }
+    m_sink.LinesTaken();
+    MakeEndRecords();
     SortByKey(m_ends);
-    m_status.Reserve(carriers.size() / 4 + 16);
-    m_edges.reserve(carriers.size() + carriers.size() / 4);
+    m_status.Reserve(m_segments.size() / 4 + 16);
+  }
+
+  void AddCarrier(M2dGraphPoint* from, M2dGraphPoint* to) {
+    const bool forward = from->x < to->x || (from->x == to->x && from->y < to->y);
+    M2dGraphPoint* left = forward ? from : to;
+    M2dGraphPoint* right = forward ? to : from;
+    Segment s;
+    s.leftX = left->x;
+    s.leftY = left->y;
+    s.rightX = right->x;
+    s.rightY = right->y;
+    s.right = right;
+    s.pieceStart = left;
+    s.windingBelow = s.windingAbove = 0;
+    s.node = kNone;
+    s.multiplicity = forward ? 1 : -1;
+    s.emits = true;
+    m_segments.push_back(s);
+  }
+
+  // One record per left end; a right end gets its own record only when no
+  // neighbour in the line list starts there (chained lines share a point).
+  void MakeEndRecords() {
+    const size_t n = m_segments.size();
+    m_ends.reserve(n + n / 8 + 1);
+    for (size_t i = 0; i < n; ++i) {
+      const Segment& s = m_segments[i];
+      const Segment* before = i > 0 ? &m_segments[i - 1] : nullptr;
+      const Segment* after = i + 1 < n ? &m_segments[i + 1] : nullptr;
+      uint32_t ending = kNoCarrier;
+      if (before != nullptr && before->right == s.pieceStart) {
+        ending = static_cast<uint32_t>(i - 1);
+      } else if (after != nullptr && after->right == s.pieceStart) {
+        ending = static_cast<uint32_t>(i + 1);
+      }
+      m_ends.push_back(EndRecord{EventKey(s.leftX, s.leftY), static_cast<uint32_t>(i), ending});
+      const bool startsAtRight = (before != nullptr && before->pieceStart == s.right) ||
+                                 (after != nullptr && after->pieceStart == s.right);
+      if (!startsAtRight)
+        m_ends.push_back(EndRecord{EventKey(s.rightX, s.rightY), kNoCarrier, static_cast<uint32_t>(i)});
+    }
   }
 
   uint8_t& QueuedMark(const M2dGraphPoint* p) {
@@ -199,16 +317,25 @@ class ArrangementSweep {
   // Sweeps the grid point of the end records from r on; returns the first
   // record of the next point.
   size_t SweepEndPoint(size_t r) {
-    M2dGraphPoint* p = m_ends[r].point;
     const uint64_t key = m_ends[r].key;
+    M2dGraphPoint* p = nullptr;
     int32_t seed = kNone;
     m_starting.clear();
     for (; r < m_ends.size() && m_ends[r].key == key; ++r) {
-      const uint32_t carrier = m_ends[r].carrierAndStart >> 1;
-      if ((m_ends[r].carrierAndStart & 1) != 0) {
-        m_starting.push_back(carrier);
-      } else if (seed == kNone) {
-        seed = m_segments[carrier].node;
+      if (r + kPrefetchAhead < m_ends.size()) {
+        const EndRecord& ahead = m_ends[r + kPrefetchAhead];
+        __builtin_prefetch(&m_segments[ahead.starting != kNoCarrier ? ahead.starting : ahead.ending]);
+      }
+      const EndRecord& e = m_ends[r];
+      if (e.starting != kNoCarrier) {
+        m_starting.push_back(e.starting);
+        p = m_segments[e.starting].pieceStart;
+      }
+      if (e.ending != kNoCarrier) {
+        const Segment& s = m_segments[e.ending];
+        p = s.right;
+        if (seed == kNone)
+          seed = s.node;
       }
     }
     SweepPoint(GridProbe(p, key), p, seed);
@@ -262,7 +389,7 @@ class ArrangementSweep {
       const uint32_t v = m_status.ValueOf(node);
       Segment& s = m_segments[v];
       if (s.emits && s.windingBelow != s.windingAbove)
-        m_edges.push_back(Edge{s.pieceStart, p, s.directionX, s.directionY, s.windingBelow, s.windingAbove});
+        m_sink.Take(Edge{s.pieceStart, p, s.DirectionX(), s.DirectionY(), s.windingBelow, s.windingAbove});
       if (s.right != p) {
         s.pieceStart = p;
         m_group.push_back(v);
@@ -333,14 +460,16 @@ class ArrangementSweep {
   void CheckPair(int32_t lower, int32_t upper) {
     if (lower == kNone || upper == kNone)
       return;
-    const Segment& a = m_segments[m_status.ValueOf(lower)];
-    const Segment& b = m_segments[m_status.ValueOf(upper)];
-    if (!BoxesMeet(a, b))
+    const uint32_t i = m_status.ValueOf(lower), j = m_status.ValueOf(upper);
+    const Segment& a = m_segments[i];
+    const Segment& b = m_segments[j];
+    if (!BoxesMeet(a, b) ||
+        !CrossProperly(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY) ||
+        !m_queuedPairs.Insert(i, j)) {
       return;
-    ExactCoordinates c;
-    if (!ProperCrossing(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY, &c))
-      return;
-    M2dGraphPoint* q = m_graph.GetExactPoint(c);
+    }
+    M2dGraphPoint* q = m_graph.GetExactPoint(
+        CrossingOf(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY));
     uint8_t& queued = QueuedMark(q);
     if (queued == 0) {
       queued = 1;
@@ -351,9 +480,9 @@ class ArrangementSweep {
 
 }  // namespace
 
-std::vector<Edge> SweepArrangement(M2dGraph& graph, const std::vector<Carrier>& carriers) {
-  ArrangementSweep sweep(graph, carriers);
-  return sweep.Run();
+void SweepArrangement(M2dGraph& graph, EdgeSink& sink) {
+  ArrangementSweep sweep(graph, sink);
+  sweep.Run();
 }
 
 }  // namespace kelvor_boolean
