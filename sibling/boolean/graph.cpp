@@ -91,10 +91,9 @@ M2dGraphLineNode* M2dGraph::NewLineNode() {
     m_lineBlockUsed = 0;
   }
   if (m_lineBlock == m_lineBlocks.size())
-    m_lineBlocks.push_back(new M2dGraphLineNode[kLinesPerBlock]);
-  M2dGraphLineNode* node = m_lineBlocks[m_lineBlock] + m_lineBlockUsed++;
-  *node = M2dGraphLineNode();
-  return node;
+    m_lineBlocks.push_back(
+        static_cast<M2dGraphLineNode*>(::operator new(sizeof(M2dGraphLineNode) * kLinesPerBlock)));
+  return new (m_lineBlocks[m_lineBlock] + m_lineBlockUsed++) M2dGraphLineNode();
 }
 
 void M2dGraph::PrefetchGridPoint(int32_t x, int32_t y) const {
@@ -207,7 +206,7 @@ void M2dGraph::ClearLines() {
 void M2dGraph::ClearGraph() {
   lines->Clear();
   for (M2dGraphLineNode* block : m_lineBlocks)
-    delete[] block;
+    ::operator delete(block);  // line nodes are trivially destructible
   m_lineBlocks.clear();
   m_lineBlock = 0;
   m_lineBlockUsed = 0;

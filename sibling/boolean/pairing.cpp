@@ -60,11 +60,6 @@ struct RingWalk {
 
 void PairIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints) {
   for (M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
-    n->line.successor = nullptr;
-    n->line.predecessor = nullptr;
-    n->line.ringNumber = 0;
-  }
-  for (M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
     M2dGraphLineNode* next = n->line.TurnToNextSegment();
     if (next != nullptr)
       Link(n, next);

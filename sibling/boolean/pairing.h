@@ -8,8 +8,9 @@
 
 namespace kelvor_boolean {
 
-// Sets successor, predecessor and ringNumber of every line. Requires as many
-// lines leaving as entering every point (true of a filtered graph).
+// Sets successor, predecessor and ringNumber of every line. Requires lines
+// fresh from AddLine (not paired before) and as many lines leaving as
+// entering every point (true of a filtered graph).
 void PairIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints);
 
 }  // namespace kelvor_boolean

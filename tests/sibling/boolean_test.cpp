@@ -72,6 +72,21 @@ TEST(ExactArithmetic, ProperCrossingIsExact) {
   EXPECT_EQ(CompareFractions(c.xFraction, c.denominator, 1, 2), 0);
 }
 
+TEST(ExactArithmetic, FloorQuotientIsExactOverTheWholeRange) {
+  std::mt19937_64 random(13);
+  for (int k = 0; k < 20000; ++k) {
+    // Denominators up to 2^65 and numerators up to 2^62 times them, as the
+    // sort keys of crossing points ask for.
+    const UInt128 d = ((static_cast<UInt128>(random() & 1) << 64) | random()) + 1;
+    const UInt128 q = random() >> (2 + k % 60);
+    const UInt128 r = (static_cast<UInt128>(random()) << 64 | random()) % d;
+    EXPECT_TRUE(kelvor_boolean::FloorQuotient(q * d + r, d) == q) << k;
+  }
+  EXPECT_TRUE(kelvor_boolean::FloorQuotient(0, 7) == 0);
+  EXPECT_TRUE(kelvor_boolean::FloorQuotient(6, 7) == 0);
+  EXPECT_TRUE(kelvor_boolean::FloorQuotient(7, 7) == 1);
+}
+
 TEST(ExactArithmetic, OrientationOfExactPointSeesTinyOffsets) {
   ExactCoordinates p{};
   p.x = 5;
@@ -222,6 +237,30 @@ TEST(BooleanEngine, CoordinatesAtTheEndsOfTheRange) {
 
 // Split points whose whole part is INT32_MIN on lines running towards smaller
 // coordinates (found by fuzzing: the sort key once overflowed there).
+TEST(BooleanEngine, ManyLinesThroughOnePoint) {
+  // Bow-ties whose crossing lines all pass through the origin, with vertical
+  // and horizontal ones among them, fed in both orders.
+  const int32_t d[][2] = {{10, 0}, {0, 10}, {10, 10}, {10, -10}, {20, 10}, {10, 20}, {-20, 10}, {-10, 30}};
+  std::vector<Loop> loops;
+  for (int k = 0; k < 8; k += 2)
+    loops.push_back(
+        {{d[k][0], d[k][1]}, {-d[k][0], -d[k][1]}, {d[k + 1][0], d[k + 1][1]}, {-d[k + 1][0], -d[k + 1][1]}});
+  std::vector<Loop> reversed(loops.rbegin(), loops.rend());
+  M2dBoolean forward, backward, cleaned;
+  const Result u = Combine(loops, {}, 0, false, forward);
+  const Result v = Combine(reversed, {}, 0, false, backward);
+  ExpectSimpleClosed(u, Describe(loops));
+  ExpectSimpleClosed(v, Describe(reversed));
+  EXPECT_GT(u.area, 0.0);
+  EXPECT_DOUBLE_EQ(u.area, v.area);
+  FeedLoops(cleaned, loops);
+  cleaned.RemoveIntegerSelfIntersections();
+  bool closed = false;
+  const std::vector<Ring> rings = WalkRings(cleaned, &closed);
+  EXPECT_TRUE(closed);
+  EXPECT_GE(TotalArea(rings) + 1e-9, u.area);
+}
+
 TEST(BooleanEngine, UnionOfSquaresFromTheLowestCoordinate) {
   const std::vector<Loop> a = {Square(INT32_MIN, INT32_MIN, 715827882, 715827882)};
   const std::vector<Loop> b = {Square(-715827883, -715827883, INT32_MAX, INT32_MAX)};
