@@ -1,5 +1,6 @@
 #include "sibling/boolean/graph.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <type_traits>
@@ -31,25 +32,21 @@ uint64_t MixBits(uint64_t h) {
 }
 
 // The 32-bit fraction words of the point record: exact when the denominator
-// fits, else the nearest fraction over 2^31.
-void StoreRecordFractions(M2dGraphPoint* p, const ExactCoordinates& e) {
+// fits, else the nearest fraction over 2^31 (halves up), read off the 62-bit
+// keys: with key = floor(2^62 f), round(2^31 f) = floor(key / 2^31) + bit 30.
+void StoreRecordFractions(M2dGraphPoint* p, const M2dGraphFraction& f) {
+  const ExactCoordinates& e = f.exact;
   if (e.denominator <= 0xffffffffu) {
     p->xNumerator = static_cast<uint32_t>(e.xFraction);
     p->yNumerator = static_cast<uint32_t>(e.yFraction);
     p->denominator = static_cast<uint32_t>(e.denominator);
     return;
   }
-  constexpr UInt128 kScale = static_cast<UInt128>(1) << 31;
-  const UInt128 half = e.denominator / 2;
-  UInt128 nx = kelvor_boolean::FloorQuotient(e.xFraction * kScale + half, e.denominator);
-  UInt128 ny = kelvor_boolean::FloorQuotient(e.yFraction * kScale + half, e.denominator);
-  if (nx >= kScale)
-    nx = kScale - 1;
-  if (ny >= kScale)
-    ny = kScale - 1;
-  p->xNumerator = static_cast<uint32_t>(nx);
-  p->yNumerator = static_cast<uint32_t>(ny);
-  p->denominator = static_cast<uint32_t>(kScale);
+  static constexpr uint64_t kLargest = (static_cast<uint64_t>(1) << 31) - 1;
+  const auto nearest = [](uint64_t key) { return std::min(kLargest, (key >> 31) + ((key >> 30) & 1)); };
+  p->xNumerator = static_cast<uint32_t>(nearest(f.xKey));
+  p->yNumerator = static_cast<uint32_t>(nearest(f.yKey));
+  p->denominator = static_cast<uint32_t>(kLargest + 1);
 }
 
 // floor(2^62 * fraction / denominator): monotone in the fraction. Fractions
@@ -143,7 +140,7 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   }
   M2dGraphPoint* p = NewPoint(position.x, position.y);
   p->fraction = NewFraction(position);
-  StoreRecordFractions(p, position);
+  StoreRecordFractions(p, *p->fraction);
   m_slots[i] = Slot{whole, p};
   if (m_points.size() * 4 > m_slots.size() * 3)
     GrowSlots(m_slots.size() * 2);

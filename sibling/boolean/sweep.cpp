@@ -63,17 +63,6 @@ int32_t KeyY(uint64_t key) {
   return static_cast<int32_t>(static_cast<uint32_t>(key) ^ 0x80000000u);
 }
 
-// Order of the grid point (x, y) and the point q: -1, 0 or +1.
-int CompareGridWithPoint(int32_t x, int32_t y, const M2dGraphPoint* q) {
-  if (x != q->x)
-    return x < q->x ? -1 : 1;
-  if (!q->IsInteger() && q->fraction->exact.xFraction != 0)
-    return -1;
-  if (y != q->y)
-    return y < q->y ? -1 : 1;
-  return !q->IsInteger() && q->fraction->exact.yFraction != 0 ? -1 : 0;
-}
-
 // Stable LSD radix sort of the records by key. The keys are first mapped to
 // (x - least x) * (y span) + (y - least y), which keeps their order and needs
 // only as many bits as the extent of the points; those bits are sorted in
@@ -191,9 +180,11 @@ class PairSet {
   size_t m_count = 0;
 
   static uint64_t Mix(uint64_t h) {
-    h ^= h >> 31;
-    h *= 0x9e3779b97f4a7c15ULL;
-    return h ^ (h >> 29);
+    h ^= h >> 33;
+    h *= 0xff51afd7ed558ccdULL;
+    h ^= h >> 33;
+    h *= 0xc4ceb3fa0c7fda5bULL;
+    return h ^ (h >> 33);
   }
   void Grow() {
     std::vector<uint64_t> old(std::max<size_t>(1024, 2 * m_keys.size()), 0);
@@ -210,8 +201,48 @@ class PairSet {
   }
 };
 
-struct LaterPoint {
-  bool operator()(const M2dGraphPoint* p, const M2dGraphPoint* q) const { return ComparePointXY(p, q) > 0; }
+// A queued crossing, with the point's sort keys at hand so that ordering the
+// queue seldom reads the point, and a carrier through it, whose status node
+// is where the event finds its place.
+struct CrossingEvent {
+  M2dGraphPoint* point;
+  uint64_t xKey;
+  uint64_t yKey;
+  int32_t x;
+  int32_t y;
+  uint32_t carrier;
+};
+
+int CompareEvents(const CrossingEvent& a, const CrossingEvent& b) {
+  if (a.x != b.x)
+    return a.x < b.x ? -1 : 1;
+  if (a.xKey != b.xKey)
+    return a.xKey < b.xKey ? -1 : 1;
+  if (a.point == b.point)
+    return 0;
+  const int byX = ComparePointX(a.point, b.point);
+  if (byX != 0)
+    return byX;
+  if (a.y != b.y)
+    return a.y < b.y ? -1 : 1;
+  if (a.yKey != b.yKey)
+    return a.yKey < b.yKey ? -1 : 1;
+  return ComparePointY(a.point, b.point);
+}
+
+// Order of the grid point (x, y) and a queued crossing: -1, 0 or +1.
+int CompareGridWithEvent(int32_t x, int32_t y, const CrossingEvent& e) {
+  if (x != e.x)
+    return x < e.x ? -1 : 1;
+  if (e.xKey != 0 || (!e.point->IsInteger() && e.point->fraction->exact.xFraction != 0))
+    return -1;
+  if (y != e.y)
+    return y < e.y ? -1 : 1;
+  return e.yKey != 0 || (!e.point->IsInteger() && e.point->fraction->exact.yFraction != 0) ? -1 : 0;
+}
+
+struct LaterEvent {
+  bool operator()(const CrossingEvent& a, const CrossingEvent& b) const { return CompareEvents(a, b) > 0; }
 };
 
 class ArrangementSweep {
@@ -226,17 +257,17 @@ class ArrangementSweep {
       const uint64_t key = r < m_ends.size() ? m_ends[r].key : 0;
       const bool fromEnds =
           r < m_ends.size() &&
-          (m_crossings.empty() || CompareGridWithPoint(KeyX(key), KeyY(key), m_crossings.top()) <= 0);
+          (m_crossings.empty() || CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) <= 0);
       if (fromEnds) {
-        if (!m_crossings.empty() && CompareGridWithPoint(KeyX(key), KeyY(key), m_crossings.top()) == 0)
+        if (!m_crossings.empty() && CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) == 0)
           m_crossings.pop();  // a crossing on the grid point of an end: one event
         r = SweepEndPoint(r);
         continue;
       }
-      M2dGraphPoint* p = m_crossings.top();
+      const CrossingEvent e = m_crossings.top();
       m_crossings.pop();
       m_starting.clear();
-      SweepPoint(PointProbe(p), p, kNone);
+      SweepPoint(PointProbe(e.point), e.point, m_segments[e.carrier].node);
     }
   }
 
@@ -245,7 +276,7 @@ class ArrangementSweep {
   EdgeSink& m_sink;
   std::vector<Segment> m_segments;
   std::vector<EndRecord> m_ends;  // the events on the grid, in event order
-  std::priority_queue<M2dGraphPoint*, std::vector<M2dGraphPoint*>, LaterPoint> m_crossings;
+  std::priority_queue<CrossingEvent, std::vector<CrossingEvent>, LaterEvent> m_crossings;
   std::vector<uint8_t> m_queued;  // per point index: 1 once queued as a crossing
   PairSet m_queuedPairs;          // pairs of carriers whose crossing is queued
   SweepStatus m_status;
@@ -473,7 +504,7 @@ class ArrangementSweep {
     uint8_t& queued = QueuedMark(q);
     if (queued == 0) {
       queued = 1;
-      m_crossings.push(q);
+      m_crossings.push(CrossingEvent{q, q->XKey(), q->YKey(), q->x, q->y, i});
     }
   }
 };
