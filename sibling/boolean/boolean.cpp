@@ -21,21 +21,21 @@ void M2dBoolean::AddShell(int32_t lowestY, int32_t highestY) {
 
 template <class Inside>
 void M2dBoolean::SplitAndKeep(Inside inside) {
-  // The fed lines give way to the survivors as the sweep makes them, each
+  // The fed lines give way to the kept pieces as the sweep makes them, each
   // directed with the material on its right.
   class Keeper : public kelvor_boolean::EdgeSink {
    public:
     Keeper(M2dBoolean& engine, Inside& inside) : m_engine(engine), m_inside(inside) {}
     void LinesTaken() override { m_engine.ClearLines(); }
-    void Take(const kelvor_boolean::Edge& e) override {
-      const bool right = m_inside(e.windingRight);
-      if (right == m_inside(e.windingLeft))
-        return;
-      M2dGraphLineNode* node =
-          right ? m_engine.AddLine(e.start, e.end, false) : m_engine.AddLine(e.end, e.start, false);
-      node->line.directionX = right ? e.directionX : -e.directionX;
-      node->line.directionY = right ? e.directionY : -e.directionY;
+    M2dGraphLineNode* Begin(M2dGraphPoint* start, int64_t dx, int64_t dy, int32_t windingRight,
+                            int32_t windingLeft) override {
+      const bool right = m_inside(windingRight);
+      if (right == m_inside(windingLeft))
+        return nullptr;
+      return right ? m_engine.AddOpenLine(start, nullptr, dx, dy)
+                   : m_engine.AddOpenLine(nullptr, start, -dx, -dy);
     }
+    void End(M2dGraphLineNode* line, M2dGraphPoint* end) override { m_engine.CloseLine(line, end); }
 
    private:
     M2dBoolean& m_engine;
@@ -43,7 +43,7 @@ void M2dBoolean::SplitAndKeep(Inside inside) {
   };
   Keeper keeper(*this, inside);
   kelvor_boolean::SweepArrangement(*this, keeper);
-  kelvor_boolean::PairIntoSimpleRings(*lines, GetNumPoints());
+  kelvor_boolean::SplitIntoSimpleRings(*lines, GetNumPoints());
   m_shellStart = lines->count;
 }
 

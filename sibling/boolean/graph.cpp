@@ -82,6 +82,39 @@ DLIST_ELEMENT<M2dGraphLine>* M2dGraph::AddLine(M2dGraphPoint* from, M2dGraphPoin
   return lines->Append(node);
 }
 
+M2dGraphLineNode* M2dGraph::AddOpenLine(M2dGraphPoint* from, M2dGraphPoint* to, int64_t directionX,
+                                        int64_t directionY) {
+  M2dGraphLineNode* node = NewLineNode();
+  M2dGraphLine& line = node->line;
+  line.graph = this;
+  line.from = from;
+  line.to = to;
+  line.directionX = directionX;
+  line.directionY = directionY;
+  if (from != nullptr) {
+    line.nextOut = from->firstOut;
+    from->firstOut = node;
+  }
+  if (to != nullptr) {
+    line.nextIn = to->firstIn;
+    to->firstIn = node;
+  }
+  return lines->Append(node);
+}
+
+void M2dGraph::CloseLine(M2dGraphLineNode* node, M2dGraphPoint* end) {
+  M2dGraphLine& line = node->line;
+  if (line.from == nullptr) {
+    line.from = end;
+    line.nextOut = end->firstOut;
+    end->firstOut = node;
+  } else {
+    line.to = end;
+    line.nextIn = end->firstIn;
+    end->firstIn = node;
+  }
+}
+
 M2dGraphLineNode* M2dGraph::NewLineNode() {
   if (m_lineBlock < m_lineBlocks.size() && m_lineBlockUsed == kLinesPerBlock) {
     ++m_lineBlock;
@@ -138,12 +171,17 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
         kelvor_boolean::SameExactPosition(slot.point->fraction->exact, position))
       return slot.point;
   }
-  M2dGraphPoint* p = NewPoint(position.x, position.y);
-  p->fraction = NewFraction(position);
-  StoreRecordFractions(p, *p->fraction);
+  M2dGraphPoint* p = MakeExactPoint(position);
   m_slots[i] = Slot{whole, p};
   if (m_points.size() * 4 > m_slots.size() * 3)
     GrowSlots(m_slots.size() * 2);
+  return p;
+}
+
+M2dGraphPoint* M2dGraph::MakeExactPoint(const ExactCoordinates& position) {
+  M2dGraphPoint* p = NewPoint(position.x, position.y);
+  p->fraction = NewFraction(position);
+  StoreRecordFractions(p, *p->fraction);
   return p;
 }
 

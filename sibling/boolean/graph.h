@@ -165,6 +165,10 @@ class M2dGraph {
   M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
   // The point at an exact position, made on first use.
   M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  // A new point at an exact position off the grid (some fraction nonzero),
+  // made without looking for one there: for a caller that keeps coincident
+  // positions together itself. GetExactPoint does not find it.
+  M2dGraphPoint* MakeExactPoint(const kelvor_boolean::ExactCoordinates& position);
   // Hints that the point at the grid position (x, y) is asked for soon, so
   // that its lookup can start early; changes nothing.
   void PrefetchGridPoint(int32_t x, int32_t y) const;
@@ -179,6 +183,11 @@ class M2dGraph {
  protected:
   // Deletes all lines and forgets the adjacency of every point.
   void ClearLines();
+  // Appends a line of which one end (from or to) is still null, with its
+  // grid direction given; CloseLine sets the other end.
+  M2dGraphLineNode* AddOpenLine(M2dGraphPoint* from, M2dGraphPoint* to, int64_t directionX,
+                                int64_t directionY);
+  void CloseLine(M2dGraphLineNode* node, M2dGraphPoint* end);
 
  private:
   // A slot of the open-addressing lookup table: whole parts packed in 64 bits.

@@ -1,7 +1,6 @@
-// Pairing of the surviving lines into simple rings: each line is first
-// continued by the line bounding the same wedge of material; where a ring
-// then passes a point twice, the continuations of its two visits are swapped,
-// which cuts it there into two rings.
+// Cutting rings into simple rings: each line comes continued by the line
+// bounding the same wedge of material; where a ring passes a point twice, the
+// continuations of its two visits are swapped, which cuts it there in two.
 #include <vector>
 
 #include "sibling/boolean/pairing.h"
@@ -58,12 +57,7 @@ struct RingWalk {
 
 }  // namespace
 
-void PairIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints) {
-  for (M2dGraphLineNode* n = lines.first; n != nullptr; n = n->next) {
-    M2dGraphLineNode* next = n->line.TurnToNextSegment();
-    if (next != nullptr)
-      Link(n, next);
-  }
+void SplitIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints) {
   RingWalk walk;
   walk.ringAt.assign(numPoints, 0);
   walk.enteredBy.assign(numPoints, nullptr);

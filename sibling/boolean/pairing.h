@@ -8,9 +8,10 @@
 
 namespace kelvor_boolean {
 
-// Sets successor, predecessor and ringNumber of every line. Requires lines
-// fresh from AddLine (not paired before) and as many lines leaving as
-// entering every point (true of a filtered graph).
-void PairIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints);
+// Where a ring of successor links passes a point twice, swaps the
+// continuations of the two visits, which cuts it there into two rings; sets
+// ringNumber. Requires every line linked (successor and predecessor) to the
+// line that bounds the same wedge of material at its end.
+void SplitIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints);
 
 }  // namespace kelvor_boolean

@@ -26,9 +26,11 @@ struct Segment {
   int32_t rightY;
   M2dGraphPoint* right;       // the right (upper) end
   M2dGraphPoint* pieceStart;  // where the current piece began: the left end until the sweep reaches it
+  M2dGraphLineNode* line;     // the line of the current piece when it is kept, else null
   int32_t windingBelow;       // winding right of the sweep orientation (below; +x of a vertical)
   int32_t windingAbove;       // winding left of it
   int32_t node;               // status node while in the status
+  uint32_t queuedAbove;       // the carrier above whose crossing with this one was queued last
   int8_t multiplicity;        // +1 when fed left to right, -1 when fed right to left
   bool emits;                 // lowest of coincident carriers: it alone emits the shared piece
 
@@ -36,7 +38,7 @@ struct Segment {
   int64_t DirectionX() const { return static_cast<int64_t>(rightX) - leftX; }
   int64_t DirectionY() const { return static_cast<int64_t>(rightY) - leftY; }
 };
-static_assert(sizeof(Segment) <= 48, "a segment fits in 48 bytes");
+static_assert(sizeof(Segment) <= 64, "a segment fits in a cache line");
 
 // An end of a carrier in the event order: (x, y) packed so that unsigned
 // order is lexicographic signed order, and the carrier number with a flag.
@@ -259,13 +261,15 @@ class ArrangementSweep {
           r < m_ends.size() &&
           (m_crossings.empty() || CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) <= 0);
       if (fromEnds) {
-        if (!m_crossings.empty() && CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) == 0)
-          m_crossings.pop();  // a crossing on the grid point of an end: one event
+        while (!m_crossings.empty() && CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) == 0)
+          m_crossings.pop();  // crossings on the grid point of an end: one event
         r = SweepEndPoint(r);
         continue;
       }
       const CrossingEvent e = m_crossings.top();
       m_crossings.pop();
+      while (!m_crossings.empty() && CompareEvents(m_crossings.top(), e) == 0)
+        m_crossings.pop();  // more pairs crossing at the same position: one event, e's point
       m_starting.clear();
       SweepPoint(PointProbe(e.point), e.point, m_segments[e.carrier].node);
     }
@@ -277,12 +281,14 @@ class ArrangementSweep {
   std::vector<Segment> m_segments;
   std::vector<EndRecord> m_ends;  // the events on the grid, in event order
   std::priority_queue<CrossingEvent, std::vector<CrossingEvent>, LaterEvent> m_crossings;
-  std::vector<uint8_t> m_queued;  // per point index: 1 once queued as a crossing
-  PairSet m_queuedPairs;          // pairs of carriers whose crossing is queued
+  PairSet m_queuedPairs;  // pairs of carriers whose crossing is queued
   SweepStatus m_status;
-  std::vector<int32_t> m_oldNodes;   // scratch: the status nodes through the event point
-  std::vector<uint32_t> m_group;     // scratch: the carriers leaving the event point
-  std::vector<uint32_t> m_starting;  // scratch: the carriers starting at the event point
+  std::vector<int32_t> m_oldNodes;            // scratch: the status nodes through the event point
+  std::vector<uint32_t> m_group;              // scratch: the carriers leaving the event point
+  std::vector<uint32_t> m_starting;           // scratch: the carriers starting at the event point
+  std::vector<M2dGraphLineNode*> m_arrivals;  // scratch: kept lines ending at the event point, bottom to top
+  std::vector<M2dGraphLineNode*> m_departures;  // scratch: kept lines starting there, bottom to top
+  std::vector<M2dGraphLineNode*> m_around;      // scratch: both, counter-clockwise
 
   // Every fed line of some length becomes a carrier; then the sink may clear
   // the lines.
@@ -309,8 +315,10 @@ class ArrangementSweep {
     s.rightY = right->y;
     s.right = right;
     s.pieceStart = left;
+    s.line = nullptr;
     s.windingBelow = s.windingAbove = 0;
     s.node = kNone;
+    s.queuedAbove = kNoCarrier;
     s.multiplicity = forward ? 1 : -1;
     s.emits = true;
     m_segments.push_back(s);
@@ -337,12 +345,6 @@ class ArrangementSweep {
       if (!startsAtRight)
         m_ends.push_back(EndRecord{EventKey(s.rightX, s.rightY), kNoCarrier, static_cast<uint32_t>(i)});
     }
-  }
-
-  uint8_t& QueuedMark(const M2dGraphPoint* p) {
-    if (p->index >= m_queued.size())
-      m_queued.resize(std::max<size_t>(p->index + 1, 2 * m_queued.size()), 0);
-    return m_queued[p->index];
   }
 
   // Sweeps the grid point of the end records from r on; returns the first
@@ -397,6 +399,8 @@ class ArrangementSweep {
       SortBySlope();
     PlaceGroup(below);
     AssignWindings(below);
+    BeginPiecesAt(p);
+    LinkAround(p);
     CheckNeighbours(below);
   }
 
@@ -416,11 +420,14 @@ class ArrangementSweep {
   // next piece there and form the group with the carriers starting at p.
   void EndPiecesAt(M2dGraphPoint* p) {
     m_group.clear();
+    m_arrivals.clear();
     for (int32_t node : m_oldNodes) {
       const uint32_t v = m_status.ValueOf(node);
       Segment& s = m_segments[v];
-      if (s.emits && s.windingBelow != s.windingAbove)
-        m_sink.Take(Edge{s.pieceStart, p, s.DirectionX(), s.DirectionY(), s.windingBelow, s.windingAbove});
+      if (s.line != nullptr) {
+        m_sink.End(s.line, p);
+        m_arrivals.push_back(s.line);
+      }
       if (s.right != p) {
         s.pieceStart = p;
         m_group.push_back(v);
@@ -476,6 +483,38 @@ class ArrangementSweep {
     }
   }
 
+  // The kept pieces leaving p get their lines, bottom to top.
+  void BeginPiecesAt(M2dGraphPoint* p) {
+    m_departures.clear();
+    for (uint32_t v : m_group) {
+      Segment& s = m_segments[v];
+      s.line =
+          s.emits ? m_sink.Begin(p, s.DirectionX(), s.DirectionY(), s.windingBelow, s.windingAbove) : nullptr;
+      if (s.line != nullptr)
+        m_departures.push_back(s.line);
+    }
+  }
+
+  // Counter-clockwise around p from straight down, the kept lines come as
+  // the departures bottom to top, then the arrivals top to bottom. Each line
+  // into p is continued by the first line out of p after it in that order:
+  // the line bounding the same wedge of material.
+  void LinkAround(const M2dGraphPoint* p) {
+    m_around.assign(m_departures.begin(), m_departures.end());
+    m_around.insert(m_around.end(), m_arrivals.rbegin(), m_arrivals.rend());
+    const size_t m = m_around.size();
+    M2dGraphLineNode* nextOut = nullptr;
+    for (size_t k = 2 * m; k-- > 0;) {
+      M2dGraphLineNode* n = m_around[k % m];
+      if (n->line.to != p) {
+        nextOut = n;
+      } else if (k < m && nextOut != nullptr) {
+        n->line.successor = nextOut;
+        nextOut->line.predecessor = n;
+      }
+    }
+  }
+
   void CheckNeighbours(int32_t below) {
     if (m_group.empty()) {
       CheckPair(below, below == kNone ? m_status.Head() : m_status.Next(below));
@@ -492,20 +531,22 @@ class ArrangementSweep {
     if (lower == kNone || upper == kNone)
       return;
     const uint32_t i = m_status.ValueOf(lower), j = m_status.ValueOf(upper);
-    const Segment& a = m_segments[i];
+    Segment& a = m_segments[i];
     const Segment& b = m_segments[j];
-    if (!BoxesMeet(a, b) ||
-        !CrossProperly(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY) ||
-        !m_queuedPairs.Insert(i, j)) {
+    if (a.queuedAbove == j || !BoxesMeet(a, b) ||
+        !CrossProperly(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY)) {
       return;
     }
-    M2dGraphPoint* q = m_graph.GetExactPoint(
-        CrossingOf(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY));
-    uint8_t& queued = QueuedMark(q);
-    if (queued == 0) {
-      queued = 1;
-      m_crossings.push(CrossingEvent{q, q->XKey(), q->YKey(), q->x, q->y, i});
-    }
+    a.queuedAbove = j;
+    if (!m_queuedPairs.Insert(i, j))
+      return;
+    const ExactCoordinates c =
+        CrossingOf(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY);
+    // Crossings off the grid are new points: coincident ones meet in the
+    // queue. On the grid, the point may be an end already.
+    M2dGraphPoint* q =
+        c.xFraction == 0 && c.yFraction == 0 ? m_graph.GetGridPoint(c.x, c.y) : m_graph.MakeExactPoint(c);
+    m_crossings.push(CrossingEvent{q, q->XKey(), q->YKey(), q->x, q->y, i});
   }
 };
 

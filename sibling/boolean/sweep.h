@@ -10,26 +10,22 @@
 
 namespace kelvor_boolean {
 
-// A piece of one or more fed lines between two graph points that meets no
-// other fed line in between, with the winding numbers on its two sides.
-// Coincident pieces of overlapping lines give one edge.
-struct Edge {
-  M2dGraphPoint* start;  // the end that comes first in (x, y) order
-  M2dGraphPoint* end;    // the other end
-  int64_t directionX;    // grid direction of the fed line, oriented start -> end
-  int64_t directionY;
-  int32_t windingRight;  // winding number right of start -> end
-  int32_t windingLeft;   // winding number left of start -> end
-};
-
-// Receives what the sweep makes.
+// Receives what the sweep makes: a piece is a part of one or more fed lines
+// between two graph points that meets no other fed line in between
+// (coincident pieces of overlapping lines are one piece).
 class EdgeSink {
  public:
-  // Called once the fed lines have been read, before the first edge: the
+  // Called once the fed lines have been read, before the first piece: the
   // lines may be cleared now.
   virtual void LinesTaken() = 0;
-  // Called for every edge whose two sides differ in winding, in sweep order.
-  virtual void Take(const Edge& edge) = 0;
+  // A piece begins at `start` (its end that comes first in (x, y) order) and
+  // runs in the grid direction (dx, dy), with these winding numbers right and
+  // left of that sense. Returns the line made for it when the piece is kept,
+  // with `start` as one end and the other end still null; else null.
+  virtual M2dGraphLineNode* Begin(M2dGraphPoint* start, int64_t dx, int64_t dy, int32_t windingRight,
+                                  int32_t windingLeft) = 0;
+  // The piece of a line from Begin ends at `end`.
+  virtual void End(M2dGraphLineNode* line, M2dGraphPoint* end) = 0;
 
  protected:
   ~EdgeSink() = default;
@@ -39,7 +35,9 @@ class EdgeSink {
 // order: a Bentley-Ottmann sweep whose status is a treap, so the cost is
 // O((n + k) log n) for n lines and k crossings. Crossing points are made in
 // `graph`. The region far away has winding 0, and crossing a line fed a -> b
-// from its left to its right adds 1.
+// from its left to its right adds 1. At every point, each kept line arriving
+// there gets as successor the first kept line leaving it counter-clockwise
+// from the way back: the line that bounds the same wedge of material.
 void SweepArrangement(M2dGraph& graph, EdgeSink& sink);
 
 }  // namespace kelvor_boolean
