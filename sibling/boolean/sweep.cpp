@@ -215,6 +215,17 @@ struct CrossingEvent {
   uint32_t carrier;
 };
 
+// True when c comes after the event point p in (x, y) order.
+bool ComesAfter(const ExactCoordinates& c, const Probe& p) {
+  if (!p.onGrid)
+    return CompareExactXY(c, p.point->fraction->exact) > 0;
+  if (c.x != p.gridX)
+    return c.x > p.gridX;
+  if (c.xFraction != 0)
+    return true;
+  return c.y != p.gridY ? c.y > p.gridY : c.yFraction != 0;
+}
+
 int CompareEvents(const CrossingEvent& a, const CrossingEvent& b) {
   if (a.x != b.x)
     return a.x < b.x ? -1 : 1;
@@ -281,7 +292,8 @@ class ArrangementSweep {
   std::vector<Segment> m_segments;
   std::vector<EndRecord> m_ends;  // the events on the grid, in event order
   std::priority_queue<CrossingEvent, std::vector<CrossingEvent>, LaterEvent> m_crossings;
-  PairSet m_queuedPairs;  // pairs of carriers whose crossing is queued
+  PairSet m_queuedPairs;           // pairs of carriers whose crossing is queued
+  const Probe* m_event = nullptr;  // the event point being swept
   SweepStatus m_status;
   std::vector<int32_t> m_oldNodes;            // scratch: the status nodes through the event point
   std::vector<uint32_t> m_group;              // scratch: the carriers leaving the event point
@@ -383,6 +395,7 @@ class ArrangementSweep {
   // or found by search), their pieces ending at p, and the carriers leaving
   // p placed in their stead.
   void SweepPoint(const Probe& probe, M2dGraphPoint* p, int32_t seed) {
+    m_event = &probe;
     int32_t below = kNone;
     if (seed == kNone) {
       bool on = false;
@@ -525,8 +538,8 @@ class ArrangementSweep {
     CheckPair(top, m_status.Next(top));
   }
 
-  // Queues the proper crossing of two neighbours (ahead of the sweep, as
-  // neighbours cannot have crossed behind it).
+  // Queues the proper crossing of two neighbours when it lies ahead of the
+  // sweep; one behind it was an event point that both passed through.
   void CheckPair(int32_t lower, int32_t upper) {
     if (lower == kNone || upper == kNone)
       return;
@@ -542,6 +555,8 @@ class ArrangementSweep {
       return;
     const ExactCoordinates c =
         CrossingOf(a.leftX, a.leftY, a.rightX, a.rightY, b.leftX, b.leftY, b.rightX, b.rightY);
+    if (!ComesAfter(c, *m_event))
+      return;  // they crossed at an earlier event point, where both passed
     // Crossings off the grid are new points: coincident ones meet in the
     // queue. On the grid, the point may be an end already.
     M2dGraphPoint* q =

@@ -261,6 +261,18 @@ TEST(BooleanEngine, ManyLinesThroughOnePoint) {
   EXPECT_GE(TotalArea(rings) + 1e-9, u.area);
 }
 
+TEST(BooleanEngine, LinesThatCrossedAtAnEventMeetAgainLater) {
+  // The spike's two lines and the vertical x = 10 cross at (10, 4); after
+  // (10, 10) the vertical and the upper spike line are neighbours again, and
+  // their crossing, behind the sweep by then, must not come back as an event.
+  const std::vector<Loop> loops = {
+      {{8, 15}, {0, 10}, {10, 11}, {10, 0}, {1, 0}}, {{10, 10}, {8, 13}, {0, 0}, {0, 10}}, {{15, 6}, {0, 0}}};
+  M2dBoolean engine;
+  const Result r = Combine(loops, {}, 0, false, engine);
+  ExpectSimpleClosed(r, Describe(loops));
+  EXPECT_EQ(r.rings.size(), 2u);
+}
+
 TEST(BooleanEngine, UnionOfSquaresFromTheLowestCoordinate) {
   const std::vector<Loop> a = {Square(INT32_MIN, INT32_MIN, 715827882, 715827882)};
   const std::vector<Loop> b = {Square(-715827883, -715827883, INT32_MAX, INT32_MAX)};
