@@ -2,7 +2,8 @@
 // holds the carriers cut by the sweep line, bottom to top; at every event
 // point the carriers through it end their current piece there, which splits
 // them, and the winding below the lowest of them, read from the carrier just
-// below, gives every new piece its two windings.
+// below, gives every new piece its two windings. Kept pieces become lines as
+// they begin, and the lines around the point are linked there.
 #include <algorithm>
 #include <cmath>
 #include <queue>
@@ -40,9 +41,8 @@ struct Segment {
 };
 static_assert(sizeof(Segment) <= 64, "a segment fits in a cache line");
 
-// An end of a carrier in the event order: (x, y) packed so that unsigned
-// order is lexicographic signed order, and the carrier number with a flag.
-// An event on the grid: a point where a carrier starts, or where carriers
+// An event on the grid, keyed by (x, y) packed so that unsigned order is
+// lexicographic signed order: a point where a carrier starts, or where carriers
 // only end. A start names a carrier ending there when a neighbour in the
 // line list does, so that the sweep finds the point's place in the status
 // without a search.
