@@ -32,6 +32,7 @@ TABEL* PlaceCheckCursor(TABEL* checkTable, int32_t startPosition) {
 void WalkNoSwitchMeander(VECTOR_LAYER& layer, TABEL* table, TABEL* column, TABEL* checkCursor,
                          bool entryAtFirst, int32_t connectDistance, char type) {
   hatch_internal::MeanderPath path;
+  FixedEntryDownWalk search(table, false);
   L_LIST* pair = column->List->Next;
   while (pair != nullptr) {
     const int32_t a = pair->Value;
@@ -39,8 +40,7 @@ void WalkNoSwitchMeander(VECTOR_LAYER& layer, TABEL* table, TABEL* column, TABEL
     hatch_internal::DrawMeanderRound(path, &checkCursor, connectDistance, column->Position,
                                      entryAtFirst ? a : b, entryAtFirst ? b : a);
     TABEL* found = column;
-    L_LIST* next = ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(table, column, &found, pair,
-                                                                               false, entryAtFirst);
+    L_LIST* next = search.Next(column, &found, pair, entryAtFirst);
     hatch_internal::UnlinkPair(column->List, pair);
     column = found;
     pair = next;

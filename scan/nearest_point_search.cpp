@@ -124,10 +124,15 @@ TABEL* LastRealColumn(TABEL* column) {
   return column->Prev;
 }
 
-// The wrap: the first column from the far end whose first crossing is not
+// The column a wrap starts from: the far end of the table for the walk.
+TABEL* WrapStart(TABEL* table, TABEL* column, Walk walk) {
+  return walk == Walk::Up ? table->Next : LastRealColumn(column);
+}
+
+// The wrap: the first column from `start` on whose first crossing is not
 // `pair`, or null.
-TABEL* FindWrapColumn(TABEL* table, TABEL* column, const L_LIST* pair, Walk walk) {
-  TABEL* c = walk == Walk::Up ? table->Next : LastRealColumn(column);
+TABEL* FindWrapColumnFrom(TABEL* start, const L_LIST* pair, Walk walk) {
+  TABEL* c = start;
   for (; StepColumn(c, walk) != nullptr; c = StepColumn(c, walk)) {
     if (HasCrossing(c) && c->List->Next != pair)
       return c;
@@ -136,7 +141,7 @@ TABEL* FindWrapColumn(TABEL* table, TABEL* column, const L_LIST* pair, Walk walk
 }
 
 L_LIST* Wrap(TABEL* table, TABEL* column, TABEL** foundColumn, const L_LIST* pair, Walk walk) {
-  TABEL* c = FindWrapColumn(table, column, pair, walk);
+  TABEL* c = FindWrapColumnFrom(WrapStart(table, column, walk), pair, walk);
   if (c == nullptr)
     return nullptr;
   *foundColumn = c;
@@ -205,11 +210,10 @@ void SearchNeighbourFixedEntry(Search& search, TABEL* column, TABEL** foundColum
   }
 }
 
-L_LIST* SearchFixedEntry(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair, bool invert,
-                         bool& entryAtFirst, Walk walk, Precision precision) {
-  if (!IsUsable(table, column, pair))
-    return nullptr;
-  const GridParity grid = FindGridParity(table, column, invert);
+// The fixed-entry search once the grid is known; the wrap starts at
+// `wrapStart`.
+L_LIST* SearchFixedEntryOnGrid(TABEL* column, TABEL** foundColumn, L_LIST* pair, const GridParity& grid,
+                               TABEL* wrapStart, bool& entryAtFirst, Walk walk, Precision precision) {
   if (grid.step == 0)
     return nullptr;
   const bool flag = grid.FlagAt(column->Position);
@@ -218,12 +222,20 @@ L_LIST* SearchFixedEntry(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIS
   SearchNeighbourFixedEntry(search, column, foundColumn, walk, precision, flag, grid, entryAtFirst);
   if (search.find != nullptr)
     return search.find;
-  TABEL* c = FindWrapColumn(table, column, pair, walk);
+  TABEL* c = FindWrapColumnFrom(wrapStart, pair, walk);
   if (c == nullptr)
     return nullptr;
   *foundColumn = c;
   entryAtFirst = grid.FlagAt(c->Position);
   return c->List->Next;
+}
+
+L_LIST* SearchFixedEntry(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair, bool invert,
+                         bool& entryAtFirst, Walk walk, Precision precision) {
+  if (!IsUsable(table, column, pair))
+    return nullptr;
+  return SearchFixedEntryOnGrid(column, foundColumn, pair, FindGridParity(table, column, invert),
+                                WrapStart(table, column, walk), entryAtFirst, walk, precision);
 }
 
 }  // namespace
@@ -270,4 +282,23 @@ L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(TABEL* table
                                                                     bool invert, bool& entryAtFirst) {
   return SearchFixedEntry(table, column, foundColumn, pair, invert, entryAtFirst, Walk::Down,
                           Precision::Single);
+}
+
+FixedEntryDownWalk::FixedEntryDownWalk(TABEL* table, bool invert) : m_table(table), m_invert(invert) {
+  if (table != nullptr && table->Next != nullptr) {
+    m_top = LastRealColumn(table->Next);
+    const GridParity grid = FindGridParity(table, table->Next, invert);
+    m_step = grid.step;
+    m_firstPosition = grid.firstPosition;
+  }
+}
+
+L_LIST* FixedEntryDownWalk::Next(TABEL* column, TABEL** foundColumn, L_LIST* pair, bool& entryAtFirst) {
+  if (!IsUsable(m_table, column, pair))
+    return nullptr;
+  // Columns above the highest one with crossings never get any again.
+  while (m_top->Prev != nullptr && !HasCrossing(m_top))
+    m_top = m_top->Prev;
+  return SearchFixedEntryOnGrid(column, foundColumn, pair, GridParity{m_step, m_firstPosition, m_invert},
+                                m_top, entryAtFirst, Walk::Down, Precision::Single);
 }

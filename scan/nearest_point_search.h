@@ -45,3 +45,23 @@ L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS_ANDERE_RICHTING(TABEL* tabl
 L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(TABEL* table, TABEL* column,
                                                                     TABEL** foundColumn, L_LIST* pair,
                                                                     bool invert, bool& entryAtFirst);
+
+// The searches of ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING
+// over one table, for a caller that only unlinks runs between searches (no
+// column comes or goes, no run is added): the same answers, with the table's
+// grid step found once and the wrap starting below the columns already empty.
+class FixedEntryDownWalk {
+ public:
+  FixedEntryDownWalk(TABEL* table, bool invert);
+
+  // As ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(table, column, foundColumn, pair, invert,
+  // entryAtFirst).
+  L_LIST* Next(TABEL* column, TABEL** foundColumn, L_LIST* pair, bool& entryAtFirst);
+
+ private:
+  TABEL* m_table;
+  bool m_invert;
+  TABEL* m_top = nullptr;       // no column above it has crossings
+  int32_t m_step = 0;           // grid step: distance of the table's two last columns
+  int32_t m_firstPosition = 0;  // position of the first column
+};

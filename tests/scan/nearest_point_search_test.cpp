@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <random>
+
 #include "support/scan_tables.h"
 
 using testing_support::ColumnsOf;
@@ -155,4 +158,73 @@ TEST(NearestPointSearch, ParityFormsWrapAndRefuseAZeroStep) {
       "null");
   EXPECT_TRUE(entryAtFirst);
   EXPECT_EQ(zero.found->Position, 0);
+}
+
+namespace {
+
+// A random table: columns on a grid of step 10 with gaps, each with a sorted
+// list of an even number of crossings.
+testing_support::Columns RandomColumns(std::mt19937& random) {
+  testing_support::Columns columns;
+  const int count = 2 + static_cast<int>(random() % 12);
+  for (int k = 0; k < count; ++k) {
+    std::vector<int32_t> values;
+    const int runs = static_cast<int>(random() % 4);
+    int32_t v = static_cast<int32_t>(random() % 20);
+    for (int r = 0; r < 2 * runs; ++r) {
+      values.push_back(v);
+      v += 1 + static_cast<int32_t>(random() % 15);
+    }
+    columns.push_back({10 * k, values});
+  }
+  return columns;
+}
+
+// Removes the run starting at `pair` from the column's list.
+void RemoveRun(TABEL* column, L_LIST* pair) {
+  L_LIST* before = column->List;
+  while (before->Next != pair)
+    before = before->Next->Next;
+  before->Next = pair->Next->Next;
+  free(pair->Next);
+  free(pair);
+}
+
+}  // namespace
+
+TEST(NearestPointSearch, FixedEntryDownWalkAnswersAsTheFreeFunctionWhileATableIsConsumed) {
+  std::mt19937 random(17);
+  for (int round = 0; round < 300; ++round) {
+    const testing_support::Columns columns = RandomColumns(random);
+    ScopedTable plain(columns), walked(columns);
+    FixedEntryDownWalk walk(&walked.root, round % 2 == 1);
+    TABEL* c1 = plain.root.Next;
+    TABEL* c2 = walked.root.Next;
+    while (c1->Next != nullptr && c1->Next->Next != nullptr) {  // start at the last real column
+      c1 = c1->Next;
+      c2 = c2->Next;
+    }
+    L_LIST* p1 = c1->List != nullptr ? c1->List->Next : nullptr;
+    L_LIST* p2 = c2->List != nullptr ? c2->List->Next : nullptr;
+    while (p1 != nullptr && p2 != nullptr) {
+      TABEL* f1 = c1;
+      TABEL* f2 = c2;
+      bool e1 = false, e2 = false;
+      L_LIST* n1 = ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(&plain.root, c1, &f1, p1,
+                                                                               round % 2 == 1, e1);
+      L_LIST* n2 = walk.Next(c2, &f2, p2, e2);
+      ASSERT_EQ(n1 == nullptr, n2 == nullptr) << Describe(columns);
+      if (n1 != nullptr) {
+        ASSERT_EQ(n1->Value, n2->Value) << Describe(columns);
+        ASSERT_EQ(f1->Position, f2->Position) << Describe(columns);
+        ASSERT_EQ(e1, e2) << Describe(columns);
+      }
+      RemoveRun(c1, p1);
+      RemoveRun(c2, p2);
+      c1 = f1;
+      c2 = f2;
+      p1 = n1;
+      p2 = n2;
+    }
+  }
 }
