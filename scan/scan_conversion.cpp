@@ -179,17 +179,19 @@ int32_t ChooseFirstColumn(const GridSpec& grid, bool alternate, ScanAxisState& a
   return first;
 }
 
-void AddGridColumns(TABEL* table, int32_t first, const GridSpec& grid) {
-  for (int64_t position = first; position <= grid.greatest; position += grid.distance) {
-    VOEG_KOLOM_IN_TABEL(table, static_cast<int32_t>(position));
-  }
+// Adds the grid columns in rising order; returns the column added last.
+TABEL* AddGridColumns(TABEL* table, int32_t first, const GridSpec& grid) {
+  TABEL* last = nullptr;
+  for (int64_t position = first; position <= grid.greatest; position += grid.distance)
+    last = AddColumnAfterLast(table, static_cast<int32_t>(position), last);
+  return last;
 }
 
-void AddExtraColumns(TABEL* table, const L_LIST* extra) {
+void AddExtraColumns(TABEL* table, const L_LIST* extra, TABEL* last) {
   if (extra == nullptr)
     return;
   for (const L_LIST* e = extra->Next; e != nullptr; e = e->Next)
-    VOEG_KOLOM_IN_TABEL(table, e->Value);
+    last = AddColumnAfterLast(table, e->Value, last);
 }
 
 void ScanLayer(const CONTOUR_LAYER& layer, TABEL* table, const GridSpec& grid, bool alternate,
@@ -200,8 +202,8 @@ void ScanLayer(const CONTOUR_LAYER& layer, TABEL* table, const GridSpec& grid, b
   table->Next = nullptr;
   table->Prev = nullptr;
   ScanAxisState& axis = alongX ? xAxis : yAxis;
-  AddGridColumns(table, ChooseFirstColumn(grid, alternate, axis), grid);
-  AddExtraColumns(table, extra);
+  TABEL* last = AddGridColumns(table, ChooseFirstColumn(grid, alternate, axis), grid);
+  AddExtraColumns(table, extra, last);
   if (table->Next == nullptr)
     return;
   axis.lastInserted.assign(static_cast<size_t>(table->Position) + 2, nullptr);

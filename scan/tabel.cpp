@@ -40,20 +40,24 @@ void BuildFrame(Table* root, int32_t position) {
   root->Position = 1;
 }
 
+// Adds a column before the first one not below `position`, looking from
+// `from` on (every column before `from` lies below `position`), or from the
+// first column when `from` is null. Returns the new column.
 template <class Table>
-void AddColumn(Table* root, int32_t position) {
+Table* AddColumn(Table* root, int32_t position, Table* from = nullptr) {
   if (root->Position == 0) {
     BuildFrame(root, position);
-    return;
+    return root->Next;
   }
   Table* head = root->Next->Prev;
   Table* column = NewColumn<Table>(position);
   root->Position++;
-  Table* at = root->Next;
+  Table* at = from != nullptr ? from : root->Next;
   while (position > at->Position)
     at = at->Next;
   LinkBefore(column, at);
   root->Next = head->Next;
+  return column;
 }
 
 template <class List>
@@ -156,6 +160,12 @@ void VOEG_KOLOM_IN_TABEL(TABEL* root, int32_t position) {
   AddColumn(root, position);
 }
 
+TABEL* AddColumnAfterLast(TABEL* root, int32_t position, TABEL* last) {
+  // Every column before the one added last lies below it (a new column goes
+  // before all columns not below it), so its place is found from there on.
+  return AddColumn(root, position, last != nullptr && last->Position <= position ? last : nullptr);
+}
+
 void VOEG_KOLOM_IN_TABEL_2(TABEL_2* root, int32_t position) {
   AddColumn(root, position);
 }
@@ -175,8 +185,9 @@ void COPIEER_TABEL(TABEL* destination, TABEL source) {
   if (source.Next == nullptr)
     return;
   TABEL* to = nullptr;
+  TABEL* added = nullptr;
   for (TABEL* from = source.Next; from->Next != nullptr; from = from->Next) {
-    VOEG_KOLOM_IN_TABEL(destination, from->Position);
+    added = AddColumnAfterLast(destination, from->Position, added);
     to = (to == nullptr) ? destination->Next : to->Next;
     if (from->List == nullptr)
       from->List = static_cast<L_LIST*>(calloc(1, sizeof(L_LIST)));
