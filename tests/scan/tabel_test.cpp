@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "scan/grid_step.h"
 #include "support/scan_tables.h"
 #include "support/vector_blocks.h"
@@ -41,6 +43,25 @@ TEST(Tabel, ColumnsGoInOrderBetweenSentinelsAndNewerFirstAtOnePosition) {
   EXPECT_EQ(CheckTable(t.root), "");
   TABEL* none = nullptr;
   HAAL_LIJST_UIT_TABEL(&none);
+}
+
+TEST(Tabel, AddingAfterTheLastColumnBuildsTheSameTable) {
+  // Rising runs with repeats, and steps back that must look from the head.
+  const int32_t positions[] = {10, 20, 20, 20, 35, 5, 35, 40, 40, -7, 60, 20, 60, 61};
+  ScopedTable plain, hinted;
+  TABEL* last = nullptr;
+  std::vector<TABEL*> added;
+  for (int32_t p : positions) {
+    VOEG_KOLOM_IN_TABEL(&plain.root, p);
+    last = AddColumnAfterLast(&hinted.root, p, last);
+    added.push_back(last);
+    ASSERT_EQ(Describe(ColumnsOf(hinted.root)), Describe(ColumnsOf(plain.root))) << "after " << p;
+    ASSERT_EQ(hinted.root.Position, plain.root.Position);
+  }
+  EXPECT_EQ(CheckTable(hinted.root), "");
+  // Among equal positions the newest comes first, as with VOEG_KOLOM_IN_TABEL.
+  EXPECT_EQ(added[3]->Next, added[2]);
+  EXPECT_EQ(added[2]->Next, added[1]);
 }
 
 TEST(Tabel, Tabel2SharesTheBehaviour) {
