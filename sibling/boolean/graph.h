@@ -59,7 +59,7 @@ struct M2dGraphFraction {
   double nearY;                            // exact y rounded to a double
 };
 
-// A point of the graph. Coincident positions are one object. The exact
+// A point of the graph. The lines at one position all meet in one object. The exact
 // position is (x + xNumerator / denominator, y + yNumerator / denominator);
 // when the exact denominator of a crossing does not fit 32 bits, the three
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
@@ -163,7 +163,8 @@ class M2dGraph {
   DLIST_ELEMENT<M2dGraphLine>* AddLine(M2dGraphPoint* from, M2dGraphPoint* to, bool flag);
   // The point at the grid position (x, y), made on first use.
   M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
-  // The point at an exact position, made on first use.
+  // The point at an exact position, made on first use (points of MakeExactPoint
+  // are not looked at).
   M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
   // A new point at an exact position off the grid (some fraction nonzero),
   // made without looking for one there: for a caller that keeps coincident
