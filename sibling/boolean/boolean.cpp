@@ -23,7 +23,7 @@ template <class Inside>
 void M2dBoolean::SplitAndKeep(Inside inside) {
   // The fed lines give way to the kept pieces as the sweep makes them, each
   // directed with the material on its right.
-  class Keeper : public kelvor_boolean::EdgeSink {
+  class Keeper : public kelvor_boolean::PieceSink {
    public:
     Keeper(M2dBoolean& engine, Inside& inside) : m_engine(engine), m_inside(inside) {}
     void LinesTaken() override { m_engine.ClearLines(); }

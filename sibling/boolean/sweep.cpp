@@ -260,7 +260,7 @@ struct LaterEvent {
 
 class ArrangementSweep {
  public:
-  ArrangementSweep(M2dGraph& graph, EdgeSink& sink) : m_graph(graph), m_sink(sink) {
+  ArrangementSweep(M2dGraph& graph, PieceSink& sink) : m_graph(graph), m_sink(sink) {
     TakeLines(*graph.lines);
   }
 
@@ -288,7 +288,7 @@ class ArrangementSweep {
 
  private:
   M2dGraph& m_graph;
-  EdgeSink& m_sink;
+  PieceSink& m_sink;
   std::vector<Segment> m_segments;
   std::vector<EndRecord> m_ends;  // the events on the grid, in event order
   std::priority_queue<CrossingEvent, std::vector<CrossingEvent>, LaterEvent> m_crossings;
@@ -567,7 +567,7 @@ class ArrangementSweep {
 
 }  // namespace
 
-void SweepArrangement(M2dGraph& graph, EdgeSink& sink) {
+void SweepArrangement(M2dGraph& graph, PieceSink& sink) {
   ArrangementSweep sweep(graph, sink);
   sweep.Run();
 }

@@ -13,7 +13,7 @@ namespace kelvor_boolean {
 // Receives what the sweep makes: a piece is a part of one or more fed lines
 // between two graph points that meets no other fed line in between
 // (coincident pieces of overlapping lines are one piece).
-class EdgeSink {
+class PieceSink {
  public:
   // Called once the fed lines have been read, before the first piece: the
   // lines may be cleared now.
@@ -28,7 +28,7 @@ class EdgeSink {
   virtual void End(M2dGraphLineNode* line, M2dGraphPoint* end) = 0;
 
  protected:
-  ~EdgeSink() = default;
+  ~PieceSink() = default;
 };
 
 // Sweeps the lines of the graph (lines of zero length are skipped) in (x, y)
@@ -38,6 +38,6 @@ class EdgeSink {
 // from its left to its right adds 1. At every point, each kept line arriving
 // there gets as successor the first kept line leaving it counter-clockwise
 // from the way back: the line that bounds the same wedge of material.
-void SweepArrangement(M2dGraph& graph, EdgeSink& sink);
+void SweepArrangement(M2dGraph& graph, PieceSink& sink);
 
 }  // namespace kelvor_boolean
