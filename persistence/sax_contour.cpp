@@ -2,9 +2,17 @@
 
 #include <cstdlib>
 
+#include "sibling/sax/sax_binary_stream.h"
 #include "sibling/sax/sax_reader.h"
 #include "sibling/sax/sax_text_stream.h"
 #include "sibling/sax/sax_writer.h"
+
+// The "Data" of the most points, with the writer's line feed and indentation
+// at the deepest nesting, stays within what a reader accepts by default.
+static_assert(Base64TextLength(sizeof(MMPoint2d<long>) * uint64_t{kMaxPersistedPoints}) + 1 +
+                      2 * MSAXReader::kDefaultMaxDepth <=
+                  MSAXReader::kDefaultMaxElementBytes,
+              "a contour of kMaxPersistedPoints points must be readable");
 
 namespace {
 
@@ -33,6 +41,21 @@ bool ReadNumber(MSAXReader& reader, int32_t& value) {
   return !text.empty() && ReadWholeNumber(text, value);
 }
 
+// Empty when a contour of `count` points may be stored, otherwise why not;
+// `what` names the count in the message.
+std::string CheckPointCount(char const* what, int32_t count) {
+  if (count >= 0 && count <= kMaxPersistedPoints) {
+    return std::string();
+  }
+  return std::string("a ") + what + " of " + std::to_string(count) + " points is not between 0 and " +
+         std::to_string(kMaxPersistedPoints);
+}
+
+// The points written for a contour: none without an array.
+int32_t StoredPointCount(CONTOUR const& contour) {
+  return contour.Points != nullptr ? contour.NumPoints : 0;
+}
+
 // The field that one of the four small elements fills, null for other tags.
 unsigned char* FindByteField(CONTOUR& contour, std::wstring const& tag) {
   if (tag == L"Type") {
@@ -58,10 +81,12 @@ bool MSaxContour::HandleTag(std::wstring const& tag, MSAXReader& reader) {
     return true;
   }
   if (unsigned char* field = FindByteField(*contour, tag)) {
-    int32_t value = 0;
-    if (!ReadNumber(reader, value)) {
+    const std::wstring text = reader.GetTagText();
+    if (text.empty()) {
       return false;
     }
+    int32_t value = 0;
+    MStreamTextIn(text) >> value;
     *field = static_cast<unsigned char>(value & 0xFF);
     return true;
   }
@@ -94,9 +119,15 @@ bool MSaxContour::_HandleCount(MSAXReader& reader) {
   if (!ReadNumber(reader, count)) {
     return false;
   }
-  if (count < 0 || count > kMaxPersistedPoints) {
-    reader.ExplainRefusal("a Count of " + std::to_string(count) + " points is not between 0 and " +
-                          std::to_string(kMaxPersistedPoints));
+  const std::string outOfRange = CheckPointCount("Count", count);
+  if (!outOfRange.empty()) {
+    reader.ExplainRefusal(outOfRange);
+    return false;
+  }
+  const uint64_t pointsAhead = reader.MaxBinaryValuesAhead() / 2;
+  if (static_cast<uint64_t>(count) > pointsAhead) {
+    reader.ExplainRefusal("a Count of " + std::to_string(count) + " points is more than the " +
+                          std::to_string(pointsAhead) + " that the document can still deliver");
     return false;
   }
   free(contour->Points);
@@ -116,19 +147,24 @@ bool MSaxContour::_HandleData(MSAXReader& reader) {
     return false;
   }
   MSAXStreamBinaryIn& in = stream->GetBinaryIn();
-  if (in.Remaining() != 2 * static_cast<size_t>(contour->NumPoints)) {
-    reader.ExplainRefusal("Data holds " + std::to_string(in.Remaining()) + " values where Count " +
-                          std::to_string(contour->NumPoints) + " asks for " +
-                          std::to_string(2 * static_cast<size_t>(contour->NumPoints)));
-    return false;
-  }
-  for (int32_t i = 0; i < contour->NumPoints; ++i) {
+  const size_t held = in.Remaining();
+  for (int32_t i = 0; i < contour->NumPoints && in.Good(); ++i) {
     in >> contour->Points[i].x >> contour->Points[i].y;
   }
-  return true;
+  if (!in.Good()) {
+    reader.ExplainRefusal("Data holds " + std::to_string(held) + " values where Count " +
+                          std::to_string(contour->NumPoints) + " asks for " +
+                          std::to_string(2 * static_cast<size_t>(contour->NumPoints)));
+  }
+  return in.Good();
 }
 
 bool MSaxContour::Write(MSAXWriter& writer) const {
+  const std::string outOfRange = CheckPointCount("contour", StoredPointCount(*contour));
+  if (!outOfRange.empty()) {
+    writer.ExplainRefusal(outOfRange);
+    return false;
+  }
   MSAXTagWriter element(writer, L"Contour");
   WriteNumberElement(writer, L"Type", static_cast<int32_t>(static_cast<signed char>(contour->Type)));
   WriteNumberElement(writer, L"Closed", contour->Closed != 0 ? 1 : 0);
@@ -142,8 +178,8 @@ bool MSaxContour::_WritePoints(MSAXWriter& writer) const {
   MSAXWriterBinaryStream* stream = streamName != nullptr ? writer.CreateBinaryStream(std::string(streamName))
                                                          : writer.CreateBinaryStream();
   MSAXStreamBinaryOut& out = stream->GetBinaryOut();
-  const int32_t count = contour->Points != nullptr ? contour->NumPoints : 0;
-  out.Reserve(2 * static_cast<size_t>(count > 0 ? count : 0));
+  const int32_t count = StoredPointCount(*contour);
+  out.Reserve(2 * static_cast<size_t>(count));
   for (int32_t i = 0; i < count; ++i) {
     out << contour->Points[i].x << contour->Points[i].y;
   }

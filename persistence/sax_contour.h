@@ -8,10 +8,12 @@
 #include "layer/contour.h"
 #include "sibling/sax/sax_persist.h"
 
-// Most points a contour read from a document may announce in "Count" (256 MiB
-// of points, more than a reader's default element limit can deliver); a larger
-// or negative "Count" is refused before anything is allocated.
-constexpr int32_t kMaxPersistedPoints = int32_t{1} << 25;
+// Most points of one contour in a document, on both sides: the writer refuses
+// a larger contour, the reader a larger "Count", and the "Data" of this many
+// points fits a reader's default element limit. The reader also refuses a
+// "Count" that the rest of the document cannot hold where it knows how much
+// is left (MSAXReader::MaxBinaryValuesAhead), all before anything is allocated.
+constexpr int32_t kMaxPersistedPoints = int32_t{1} << 24;
 
 // Writes or fills one CONTOUR: "Contour" with "Type", "Closed", "Outer",
 // "RightHanded" and "Points" ("Dim", "DataType", "Count", "Data").
@@ -26,13 +28,18 @@ class MSaxContour : public ISAXPersistHelper {
 
   // Flags 7, Type 0, no points (the array is released).
   void SetDefaults() override;
-  // False for a tag unknown at its place, a missing or non-numeric value, a
-  // "Dim" other than 2, a "DataType" other than "long", a "Count" below 0 or
-  // above kMaxPersistedPoints or that cannot be allocated, and a "Data" that is
-  // not base64 or whose number of values is not exactly 2 x "Count". A second
-  // "Count" releases the array of the first.
+  // False for a tag unknown at its place, an empty value, a "Dim" other than
+  // 2, a "DataType" other than "long", a "Count" that is not a number, below 0,
+  // above kMaxPersistedPoints, more than the rest of the document holds or
+  // that cannot be allocated, and a "Data" that is not base64 or holds fewer
+  // than 2 x "Count" numbers. "Type" and the flags take the number that
+  // MStreamTextIn reads (0 from a text that is not one). "Data" fills exactly
+  // the points of "Count" (none without one) and ignores numbers beyond them.
+  // A second "Count" releases the array of the first.
   bool HandleTag(std::wstring const& tag, MSAXReader& reader) override;
-  // Always true; a contour with a null Points array is written with 0 points.
+  // A null Points array is written as 0 points. False, with the writer failed
+  // before anything of the contour is written, for a NumPoints below 0 or
+  // above kMaxPersistedPoints.
   bool Write(MSAXWriter& writer) const override;
 
  private:

@@ -74,7 +74,7 @@ MSAXStreamBinaryIn& MSAXStreamBinaryIn::operator>>(int32_t& value) {
 void AppendBase64(std::string const& bytes, std::string& out) {
   const unsigned char* b = reinterpret_cast<const unsigned char*>(bytes.data());
   const size_t n = bytes.size();
-  out.reserve(out.size() + (n + 2) / 3 * 4 + (n / 57 + 1));
+  out.reserve(out.size() + Base64TextLength(n));
   size_t column = 0;
   for (size_t i = 0; i < n; i += 3) {
     const int count = static_cast<int>(n - i < 3 ? n - i : 3);

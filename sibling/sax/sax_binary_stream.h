@@ -81,6 +81,17 @@ class MSAXReaderBinaryStream {
 // a line feed (the last line too, unless bytes is empty).
 void AppendBase64(std::string const& bytes, std::string& out);
 
+// Number of characters AppendBase64 appends for that many bytes, line feeds included.
+constexpr uint64_t Base64TextLength(uint64_t bytes) {
+  const uint64_t groups = (bytes + 2) / 3;  // 4 characters each, 19 to a line
+  return 4 * groups + (groups + 18) / 19;
+}
+
+// Most bytes that text of that many characters can carry as base64.
+constexpr uint64_t Base64CapacityBytes(uint64_t characters) {
+  return characters / 4 * 3;
+}
+
 // Decodes base64, skipping white space. False on a character outside the
 // alphabet, misplaced padding, a cut-off group, or a byte count that is not a
 // multiple of 4; problem then says which and where.

@@ -2,7 +2,9 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <cstring>
+#include <exception>
 #include <fstream>
 
 #include "sibling/sax/sax_utf8.h"
@@ -16,6 +18,7 @@ namespace {
 constexpr size_t kChunkBytes = size_t{64} << 10;
 constexpr size_t kQuotedTextLength = 40;
 constexpr char kStreamAttribute[] = "stream";
+constexpr uint64_t kUnknownSize = UINT64_MAX;  // a stream that cannot seek to its end
 
 std::string FindStreamName(char const** attributes) {
   for (char const** a = attributes; a[0] != nullptr; a += 2) {
@@ -40,6 +43,43 @@ std::string QuoteText(std::string const& text) {
   return "text \"" + quoted + "\"";
 }
 
+// Bytes from the stream's position to its end, kUnknownSize when it cannot
+// seek. The position is left where it was, and so is the stream's state.
+uint64_t BytesLeftIn(std::istream& in) {
+  std::streambuf* buffer = in.rdbuf();
+  if (buffer == nullptr) {
+    return kUnknownSize;
+  }
+  const std::streampos here = buffer->pubseekoff(0, std::ios::cur, std::ios::in);
+  if (here == std::streampos(-1)) {
+    return kUnknownSize;
+  }
+  const std::streampos end = buffer->pubseekoff(0, std::ios::end, std::ios::in);
+  buffer->pubseekpos(here, std::ios::in);
+  return end == std::streampos(-1) || end < here ? kUnknownSize : static_cast<uint64_t>(end - here);
+}
+
+// Clears a stream's exception mask for its lifetime, then gives the caller's
+// mask back without throwing for the state that the reading left.
+class ExceptionMaskPause {
+ public:
+  explicit ExceptionMaskPause(std::istream& in) : in_(in), mask_(in.exceptions()) {
+    in_.exceptions(std::ios::goodbit);
+  }
+  ~ExceptionMaskPause() {
+    try {
+      in_.exceptions(mask_);  // sets the mask, then throws if the state matches it
+    } catch (...) {
+    }
+  }
+  ExceptionMaskPause(ExceptionMaskPause const&) = delete;
+  ExceptionMaskPause& operator=(ExceptionMaskPause const&) = delete;
+
+ private:
+  std::istream& in_;
+  std::ios::iostate mask_;
+};
+
 }  // namespace
 
 MSAXReader::~MSAXReader() {
@@ -60,7 +100,7 @@ void MSAXReader::Fail(uint64_t line, std::string const& what) {
   }
 }
 
-void MSAXReader::Begin(ISAXPersistBase& root) {
+void MSAXReader::Begin(ISAXPersistBase& root, uint64_t documentBytes) {
   if (parser_ != nullptr) {
     XML_ParserFree(parser_);
   }
@@ -70,6 +110,7 @@ void MSAXReader::Begin(ISAXPersistBase& root) {
   binary_.reset();
   failed_ = false;
   fed_ = 0;
+  documentBytes_ = documentBytes;
   error_.clear();
   errorLine_ = 0;
   if (parser_ == nullptr) {
@@ -128,8 +169,9 @@ bool MSAXReader::Finish() {
 }
 
 bool MSAXReader::Read(std::istream& in, ISAXPersistBase& root) {
-  Begin(root);
+  const ExceptionMaskPause pause(in);
   std::vector<char> chunk(kChunkBytes);
+  Begin(root, BytesLeftIn(in));
   while (!failed_) {
     in.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
     if (in.bad()) {
@@ -156,7 +198,7 @@ bool MSAXReader::ReadFile(std::string const& path, ISAXPersistBase& root) {
 }
 
 bool MSAXReader::ReadBuffer(char const* data, size_t size, ISAXPersistBase& root) {
-  Begin(root);
+  Begin(root, size);
   size_t done = 0;
   do {
     const size_t part = size - done < kChunkBytes ? size - done : kChunkBytes;
@@ -168,51 +210,70 @@ bool MSAXReader::ReadBuffer(char const* data, size_t size, ISAXPersistBase& root
   return Finish();
 }
 
+// Expat is C: nothing may unwind through it. An exception of a handler or of
+// the allocator becomes the error of the reading, and Finish releases the rest.
+template <typename Step>
+void MSAXReader::RunCatching(Step step) {
+  try {
+    step();
+  } catch (std::exception const& e) {
+    Fail(XML_GetCurrentLineNumber(parser_), std::string("an exception stopped the reading: ") + e.what());
+  } catch (...) {
+    Fail(XML_GetCurrentLineNumber(parser_), "an exception stopped the reading");
+  }
+}
+
 void MSAXReader::OnStart(void* self, char const* name, char const** attributes) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  if (reader.failed_ ||
-      (!reader.elements_.empty() && !reader.elements_.back().dispatched && !reader.Dispatch())) {
-    return;
-  }
-  const uint64_t line = XML_GetCurrentLineNumber(reader.parser_);
-  if (reader.elements_.size() >= reader.maxDepth_) {
-    reader.Fail(line, "elements nested deeper than " + std::to_string(reader.maxDepth_) + " levels");
-    return;
-  }
-  Element element;
-  element.name = name;
-  element.streamName = FindStreamName(attributes);
-  element.line = line;
-  reader.elements_.push_back(std::move(element));
+  reader.RunCatching([&reader, name, attributes] {
+    if (reader.failed_ ||
+        (!reader.elements_.empty() && !reader.elements_.back().dispatched && !reader.Dispatch())) {
+      return;
+    }
+    const uint64_t line = XML_GetCurrentLineNumber(reader.parser_);
+    if (reader.elements_.size() >= reader.maxDepth_) {
+      reader.Fail(line, "elements nested deeper than " + std::to_string(reader.maxDepth_) + " levels");
+      return;
+    }
+    Element element;
+    element.name = name;
+    element.streamName = FindStreamName(attributes);
+    element.line = line;
+    reader.elements_.push_back(std::move(element));
+  });
 }
 
 void MSAXReader::OnText(void* self, char const* text, int length) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  if (reader.failed_ || reader.elements_.empty() || reader.elements_.back().dispatched) {
-    return;
-  }
-  Element& element = reader.elements_.back();
-  if (element.text.size() + static_cast<size_t>(length) > reader.maxElementBytes_) {
-    reader.Fail(element.line, "element \"" + element.name + "\" holds more than " +
-                                  std::to_string(reader.maxElementBytes_) + " bytes of text");
-    return;
-  }
-  element.text.append(text, static_cast<size_t>(length));
+  reader.RunCatching([&reader, text, length] {
+    if (reader.failed_ || reader.elements_.empty() || reader.elements_.back().dispatched) {
+      return;
+    }
+    Element& element = reader.elements_.back();
+    if (element.text.size() + static_cast<size_t>(length) > reader.maxElementBytes_) {
+      reader.Fail(element.line, "element \"" + element.name + "\" holds more than " +
+                                    std::to_string(reader.maxElementBytes_) + " bytes of text");
+      return;
+    }
+    element.text.append(text, static_cast<size_t>(length));
+  });
 }
 
 void MSAXReader::OnEnd(void* self, char const* name) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  if (reader.failed_ || (!reader.elements_.back().dispatched && !reader.Dispatch())) {
-    return;
-  }
-  const size_t depth = reader.elements_.size();
-  while (reader.handlers_.back().owned && reader.handlers_.back().depth == depth) {
-    delete reader.handlers_.back().handler;
-    reader.handlers_.pop_back();
-  }
-  reader.binary_.reset();
-  reader.handlers_.back().handler->HandleEndTag(DecodeUtf8(name));
-  reader.elements_.pop_back();
+  reader.RunCatching([&reader, name] {
+    if (reader.failed_ || (!reader.elements_.back().dispatched && !reader.Dispatch())) {
+      return;
+    }
+    const size_t depth = reader.elements_.size();
+    while (reader.handlers_.back().owned && reader.handlers_.back().depth == depth) {
+      delete reader.handlers_.back().handler;
+      reader.handlers_.pop_back();
+    }
+    reader.binary_.reset();
+    reader.handlers_.back().handler->HandleEndTag(DecodeUtf8(name));
+    reader.elements_.pop_back();
+  });
 }
 
 void MSAXReader::OnDoctype(void* self, char const* /*name*/, char const* /*sysid*/, char const* /*pubid*/,
@@ -267,12 +328,23 @@ void MSAXReader::PushHandler(ISAXPersistBase* handler) {
   if (handler == nullptr) {
     return;
   }
+  std::unique_ptr<ISAXPersistBase> owned(handler);  // deleted here if it cannot be pushed
   if (parser_ == nullptr || failed_) {
-    delete handler;
     return;
   }
   handlers_.push_back(HandlerEntry{handler, elements_.size(), true});
+  owned.release();
   handler->SetDefaults();
+}
+
+uint64_t MSAXReader::MaxBinaryValuesAhead() const {
+  uint64_t characters = maxElementBytes_;
+  if (documentBytes_ != kUnknownSize && parser_ != nullptr) {
+    const XML_Index at = XML_GetCurrentByteIndex(parser_);
+    const uint64_t done = std::min(at > 0 ? static_cast<uint64_t>(at) : 0, documentBytes_);
+    characters = std::min(characters, documentBytes_ - done);
+  }
+  return Base64CapacityBytes(characters) / 4;
 }
 
 bool MSAXReader::OpenBinaryStream(MSAXReaderBinaryStream*& out) {

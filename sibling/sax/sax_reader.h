@@ -21,9 +21,10 @@ struct XML_ParserStruct;
 // HandleTag gets SetDefaults and then the same tag, and is popped and deleted
 // when that element closes; its closing tag goes to the handler below.
 // Malformed XML, a document type declaration, a refused tag, bad base64, too
-// deep nesting, too large an element or too long a tag end the reading with an error that
-// says what and at which line; every handler on the stack then gets
-// AbortLoading and the pushed ones are deleted.
+// deep nesting, too large an element, too long a tag, or an exception thrown
+// while an element is handled (by a handler or the allocator) end the reading
+// with an error that says what and at which line; every handler on the stack
+// then gets AbortLoading and the pushed ones are deleted.
 class MSAXReader {
  public:
   static constexpr size_t kDefaultMaxDepth = 256;
@@ -38,7 +39,9 @@ class MSAXReader {
 
   // Reads a whole document from in into root (root.SetDefaults first). True
   // when the document was complete and every tag was accepted; then root gets
-  // ResolveReferences and InitAfterLoading.
+  // ResolveReferences and InitAfterLoading. The stream's exception mask is
+  // cleared for the reading and given back afterwards without throwing; its
+  // state stays as the reading left it.
   bool Read(std::istream& in, ISAXPersistBase& root);
   // The same from the file at path; false with an error, root untouched, when it cannot be opened.
   bool ReadFile(std::string const& path, ISAXPersistBase& root);
@@ -70,6 +73,12 @@ class MSAXReader {
   // Says why the handler is about to refuse the current element; the error
   // text carries it instead of the element's text.
   void ExplainRefusal(std::string const& why) { detail_ = why; }
+  // Most 32-bit values a binary element yet to come can deliver: what the
+  // base64 of the rest of the document can carry where the reader knows how
+  // much is left (a buffer, a file, a seekable stream), and of an element at
+  // the size limit in any case. A handler that allocates for a count
+  // announced before its data refuses a larger count.
+  uint64_t MaxBinaryValuesAhead() const;
 
  private:
   struct Element {
@@ -90,11 +99,13 @@ class MSAXReader {
   static void OnText(void* self, char const* text, int length);
   static void OnDoctype(void* self, char const* name, char const* sysid, char const* pubid, int internal);
 
-  void Begin(ISAXPersistBase& root);
+  void Begin(ISAXPersistBase& root, uint64_t documentBytes);
   bool Feed(char const* data, size_t size, bool final);
   void CheckPendingMarkup();
   bool Finish();
   bool Dispatch();
+  template <typename Step>
+  void RunCatching(Step step);
   void Fail(uint64_t line, std::string const& what);
   std::string DescribeRefusal(Element const& element) const;
 
@@ -105,7 +116,8 @@ class MSAXReader {
   std::string detail_;  // what OpenBinaryStream found, for the error text
   size_t maxDepth_ = kDefaultMaxDepth;
   size_t maxElementBytes_ = kDefaultMaxElementBytes;
-  uint64_t fed_ = 0;  // bytes given to the parser so far
+  uint64_t fed_ = 0;            // bytes given to the parser so far
+  uint64_t documentBytes_ = 0;  // bytes from the start of the reading to the end, UINT64_MAX if unknown
   bool failed_ = false;
   std::string error_;
   uint64_t errorLine_ = 0;

@@ -45,6 +45,10 @@ class MSAXWriter {
   // then releases the stream's bytes.
   void WriteBinaryStream(wchar_t const* tag, MSAXWriterBinaryStream& stream);
 
+  // Says why a handler cannot write its object, before its Write returns
+  // false: the writer fails with this reason and writes nothing more.
+  void ExplainRefusal(std::string const& why) { Fail(why); }
+
   // False once the writer has failed.
   bool Good() const { return !failed_; }
   // Why the writer failed; empty while it is good.

@@ -37,6 +37,7 @@ TEST(Base64, EncodesInLinesOf76Characters) {
     std::string text;
     AppendBase64(c.bytes, text);
     EXPECT_EQ(text, c.text) << c.bytes.size() << " bytes";
+    EXPECT_EQ(Base64TextLength(c.bytes.size()), c.text.size());
   }
 }
 
@@ -49,6 +50,7 @@ TEST(Base64, DecodesWhatItEncodesWhateverTheLength) {
     }
     std::string text, back, problem;
     AppendBase64(bytes, text);
+    EXPECT_EQ(Base64TextLength(n), text.size()) << n << " bytes";
     ASSERT_TRUE(DecodeBase64(" \r\n" + text + "\t", back, problem)) << n << " bytes: " << problem;
     EXPECT_EQ(back, bytes) << n << " bytes";
   }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 
 #include "sibling/sax/sax_writer.h"
 
@@ -14,8 +15,9 @@ std::string Narrow(std::wstring const& text) {
   return std::string(text.begin(), text.end());
 }
 
-// Records every call as a line of text; refuses the tags in `refuse`, and
-// pushes a new RecordingHandler (named "child") on the tags in `push`.
+// Records every call as a line of text; refuses the tags in `refuse`, throws
+// on those in `raise`, and pushes a new RecordingHandler (named "child") on
+// the tags in `push`.
 class RecordingHandler : public ISAXPersistHelper {
  public:
   static int live;  // handlers alive, to see that the reader deletes what it owns
@@ -25,15 +27,20 @@ class RecordingHandler : public ISAXPersistHelper {
   }
   ~RecordingHandler() override { --live; }
   std::set<std::wstring> refuse;
+  std::set<std::wstring> raise;
   std::set<std::wstring> push;
 
   void SetDefaults() override { log_.push_back(name_ + " defaults"); }
   bool HandleTag(std::wstring const& tag, MSAXReader& reader) override {
     log_.push_back(name_ + " <" + Narrow(tag) + "> text=" + Narrow(reader.GetTagText()) +
                    " up=" + Narrow(reader.GetEnclosingTag(1)));
+    if (raise.count(tag) != 0) {
+      throw std::runtime_error("cannot take " + Narrow(tag));
+    }
     if (push.count(tag) != 0 && name_ == "root") {
       auto* child = new RecordingHandler("child", log_);
       child->refuse = refuse;
+      child->raise = raise;
       reader.PushHandler(child);
     }
     MSAXReaderBinaryStream* stream = nullptr;
@@ -91,19 +98,22 @@ TEST(MSAXReader, DrivesTheHandlersOnceTextIsKnownAndDeletesPushedOnes) {
   EXPECT_EQ(RecordingHandler::live, 1);
 }
 
-TEST(MSAXReader, StopsAtARefusedTagWithItsLineAndAbortsEveryHandler) {
-  std::vector<std::string> log;
-  RecordingHandler root("root", log);
-  root.push = {L"B"};
-  root.refuse = {L"Bad"};
-  MSAXReader reader;
-  const std::string document = "<R>\n<B>\n<C/>\n<Bad>some text</Bad>\n</B>\n</R>";
-  EXPECT_FALSE(reader.ReadBuffer(document.data(), document.size(), root));
-  EXPECT_EQ(reader.GetError(), "line 4: element \"Bad\" inside \"B\" refused: text \"some text\"");
-  EXPECT_EQ(reader.GetErrorLine(), 4u);
-  EXPECT_EQ(log.back(), "root abort");
-  EXPECT_EQ(log[log.size() - 2], "child abort");
-  EXPECT_EQ(RecordingHandler::live, 1);
+TEST(MSAXReader, StopsAtARefusedOrThrowingTagWithItsLineAndAbortsEveryHandler) {
+  for (const bool throws : {false, true}) {
+    std::vector<std::string> log;
+    RecordingHandler root("root", log);
+    root.push = {L"B"};
+    (throws ? root.raise : root.refuse) = {L"Bad"};
+    MSAXReader reader;
+    const std::string document = "<R>\n<B>\n<C/>\n<Bad>some text</Bad>\n</B>\n</R>";
+    EXPECT_FALSE(reader.ReadBuffer(document.data(), document.size(), root));
+    EXPECT_EQ(reader.GetError(), throws ? "line 4: an exception stopped the reading: cannot take Bad"
+                                        : "line 4: element \"Bad\" inside \"B\" refused: text \"some text\"");
+    EXPECT_EQ(reader.GetErrorLine(), 4u);
+    EXPECT_EQ(log.back(), "root abort");
+    EXPECT_EQ(log[log.size() - 2], "child abort");
+    EXPECT_EQ(RecordingHandler::live, 1);
+  }
 }
 
 TEST(MSAXReader, RefusesWhatItCannotTrustWithLineAndReason) {
