@@ -1,10 +1,12 @@
 // libFuzzer target for the layer reader: any input must end in a layer whose
 // chain, count and points are consistent, with an error text on failure, and
-// without a crash, a hang or a leak. A layer that was read writes and reads
-// back to the same contours.
+// without a crash, a hang or a leak. A stream whose exception mask is set
+// reads as the buffer does. A layer that was read writes and reads back to
+// the same contours.
 #include <cstdint>
 #include <cstdlib>
 #include <sstream>
+#include <string>
 
 #include "persistence/sax_contour_layer.h"
 
@@ -35,13 +37,16 @@ int32_t CheckChain(const CONTOUR_LAYER& layer) {
   return count;
 }
 
-bool ReadLayer(const char* data, size_t size, CONTOUR_LAYER& layer) {
+// The reader's error, empty when the document was read.
+std::string ReadLayer(const char* data, size_t size, CONTOUR_LAYER& layer, bool fromStream = false) {
   MSaxContourLayer handler(&layer, nullptr);
   MSAXReader reader;
   reader.SetMaxElementBytes(kMaxElementBytes);
-  const bool ok = reader.ReadBuffer(data, size, handler);
+  std::istringstream in(std::string(data, size));
+  in.exceptions(std::ios::badbit | std::ios::failbit | std::ios::eofbit);
+  const bool ok = fromStream ? reader.Read(in, handler) : reader.ReadBuffer(data, size, handler);
   Check(handler.currentContour == nullptr && ok == reader.GetError().empty());
-  return ok;
+  return reader.GetError();
 }
 
 // Writes the layer and reads it back: same number of contours, points equal in reverse order.
@@ -51,7 +56,7 @@ void CheckRoundTrip(CONTOUR_LAYER& layer) {
   Check(writer.WriteDocument(MSaxContourLayer(&layer, "fuzz")));
   const std::string document = out.str();
   CONTOUR_LAYER back;
-  Check(ReadLayer(document.data(), document.size(), back));
+  Check(ReadLayer(document.data(), document.size(), back).empty());
   Check(CheckChain(back) == layer.NumContours);
   back.VERANDER_CONTOUR_VOLGORDE();
   for (const CONTOUR *a = layer.FirstContour, *b = back.FirstContour; a != nullptr;
@@ -67,12 +72,14 @@ void CheckRoundTrip(CONTOUR_LAYER& layer) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  CONTOUR_LAYER layer;
-  const bool ok = ReadLayer(reinterpret_cast<const char*>(data), size, layer);
-  CheckChain(layer);
-  if (ok) {
+  CONTOUR_LAYER layer, streamed;
+  const std::string error = ReadLayer(reinterpret_cast<const char*>(data), size, layer);
+  Check(ReadLayer(reinterpret_cast<const char*>(data), size, streamed, true) == error);
+  Check(CheckChain(layer) == CheckChain(streamed));
+  if (error.empty()) {
     CheckRoundTrip(layer);
   }
   layer.LEEG_LAAG();
+  streamed.LEEG_LAAG();
   return 0;
 }

@@ -225,55 +225,60 @@ void MSAXReader::RunCatching(Step step) {
 
 void MSAXReader::OnStart(void* self, char const* name, char const** attributes) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  reader.RunCatching([&reader, name, attributes] {
-    if (reader.failed_ ||
-        (!reader.elements_.empty() && !reader.elements_.back().dispatched && !reader.Dispatch())) {
-      return;
-    }
-    const uint64_t line = XML_GetCurrentLineNumber(reader.parser_);
-    if (reader.elements_.size() >= reader.maxDepth_) {
-      reader.Fail(line, "elements nested deeper than " + std::to_string(reader.maxDepth_) + " levels");
-      return;
-    }
-    Element element;
-    element.name = name;
-    element.streamName = FindStreamName(attributes);
-    element.line = line;
-    reader.elements_.push_back(std::move(element));
-  });
+  reader.RunCatching([&reader, name, attributes] { reader.StartElement(name, attributes); });
 }
 
 void MSAXReader::OnText(void* self, char const* text, int length) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  reader.RunCatching([&reader, text, length] {
-    if (reader.failed_ || reader.elements_.empty() || reader.elements_.back().dispatched) {
-      return;
-    }
-    Element& element = reader.elements_.back();
-    if (element.text.size() + static_cast<size_t>(length) > reader.maxElementBytes_) {
-      reader.Fail(element.line, "element \"" + element.name + "\" holds more than " +
-                                    std::to_string(reader.maxElementBytes_) + " bytes of text");
-      return;
-    }
-    element.text.append(text, static_cast<size_t>(length));
-  });
+  reader.RunCatching([&reader, text, length] { reader.AddText(text, length); });
 }
 
 void MSAXReader::OnEnd(void* self, char const* name) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  reader.RunCatching([&reader, name] {
-    if (reader.failed_ || (!reader.elements_.back().dispatched && !reader.Dispatch())) {
-      return;
-    }
-    const size_t depth = reader.elements_.size();
-    while (reader.handlers_.back().owned && reader.handlers_.back().depth == depth) {
-      delete reader.handlers_.back().handler;
-      reader.handlers_.pop_back();
-    }
-    reader.binary_.reset();
-    reader.handlers_.back().handler->HandleEndTag(DecodeUtf8(name));
-    reader.elements_.pop_back();
-  });
+  reader.RunCatching([&reader, name] { reader.EndElement(name); });
+}
+
+void MSAXReader::StartElement(char const* name, char const** attributes) {
+  if (failed_ || (!elements_.empty() && !elements_.back().dispatched && !Dispatch())) {
+    return;
+  }
+  const uint64_t line = XML_GetCurrentLineNumber(parser_);
+  if (elements_.size() >= maxDepth_) {
+    Fail(line, "elements nested deeper than " + std::to_string(maxDepth_) + " levels");
+    return;
+  }
+  Element element;
+  element.name = name;
+  element.streamName = FindStreamName(attributes);
+  element.line = line;
+  elements_.push_back(std::move(element));
+}
+
+void MSAXReader::AddText(char const* text, int length) {
+  if (failed_ || elements_.empty() || elements_.back().dispatched) {
+    return;
+  }
+  Element& element = elements_.back();
+  if (element.text.size() + static_cast<size_t>(length) > maxElementBytes_) {
+    Fail(element.line, "element \"" + element.name + "\" holds more than " +
+                           std::to_string(maxElementBytes_) + " bytes of text");
+    return;
+  }
+  element.text.append(text, static_cast<size_t>(length));
+}
+
+void MSAXReader::EndElement(char const* name) {
+  if (failed_ || (!elements_.back().dispatched && !Dispatch())) {
+    return;
+  }
+  const size_t depth = elements_.size();
+  while (handlers_.back().owned && handlers_.back().depth == depth) {
+    delete handlers_.back().handler;
+    handlers_.pop_back();
+  }
+  binary_.reset();
+  handlers_.back().handler->HandleEndTag(DecodeUtf8(name));
+  elements_.pop_back();
 }
 
 void MSAXReader::OnDoctype(void* self, char const* /*name*/, char const* /*sysid*/, char const* /*pubid*/,

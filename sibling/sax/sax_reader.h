@@ -99,6 +99,9 @@ class MSAXReader {
   static void OnText(void* self, char const* text, int length);
   static void OnDoctype(void* self, char const* name, char const* sysid, char const* pubid, int internal);
 
+  void StartElement(char const* name, char const** attributes);
+  void AddText(char const* text, int length);
+  void EndElement(char const* name);
   void Begin(ISAXPersistBase& root, uint64_t documentBytes);
   bool Feed(char const* data, size_t size, bool final);
   void CheckPendingMarkup();
