@@ -12,6 +12,8 @@ int32_t AddClosedPolylines(const CliLayer& layer, CONTOUR_LAYER& contours) {
     auto* c = new CONTOUR;
     c->SetPoints(p.points.data(), static_cast<int32_t>(p.points.size()));
     c->Closed = 1;
+    c->Outer = p.direction == kCliOuter ? 1 : 0;
+    c->RightHanded = c->RECHTS_DRAAIEND() ? 1 : 0;
     contours.AddContourAtEnd(c);
   }
   return open;

@@ -5,8 +5,9 @@
 
 #include "io/cli/cli_layer.h"
 
-// Appends the closed polylines of `layer` to `contours` as closed contours whose
-// Outer and RightHanded are left undetermined (their point order tells).
+// Appends the closed polylines of `layer` to `contours` as closed contours: Outer
+// from the stated direction, RightHanded from the points, so that a contour
+// given the wrong way round is taken the way the file states it.
 // Returns the number of open polylines, which are left out.
 int32_t AddClosedPolylines(const CliLayer& layer, CONTOUR_LAYER& contours);
 
