@@ -1,5 +1,6 @@
 #include "build.h"
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -18,14 +19,16 @@
 
 namespace {
 
-constexpr int kWindowPerWorker = 4;   // layers in flight or waiting to be written, per worker
+constexpr int kWindowPerWorker = 4;  // layers in flight or waiting to be written, per worker
 constexpr int64_t kDefaultPreviews = 10;
 
 double Since(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-void Report(const std::string& text) { std::fprintf(stderr, "kelvor2d-build: %s\n", text.c_str()); }
+void Report(const std::string& text) {
+  std::fprintf(stderr, "kelvor2d-build: %s\n", text.c_str());
+}
 
 struct Totals {
   int64_t layers = 0, skipped = 0, unhatched = 0, contours = 0, vectors = 0;
@@ -147,7 +150,9 @@ bool BuildRun::Run(std::string& error) {
   }
   const int64_t inHeader = m_Reader.Header().layers;
   const int64_t expected =
-      inHeader < 0 ? -1 : std::max<int64_t>(0, std::min(inHeader - 1, m_Options.toLayer) - m_Options.fromLayer + 1);
+      inHeader < 0
+          ? -1
+          : std::max<int64_t>(0, std::min(inHeader - 1, m_Options.toLayer) - m_Options.fromLayer + 1);
   m_Progress.reset(new Progress(!m_Options.quiet, expected));
   m_PreviewLayers.insert(m_Options.previewLayers.begin(), m_Options.previewLayers.end());
   m_PreviewEvery = m_Options.previewEvery;
@@ -201,20 +206,30 @@ void BuildRun::PrintSummary(double seconds) const {
   const double perLayer = t.layers > 0 ? seconds * 1000.0 / t.layers : 0.0;
   std::printf("\n%-14s %s\n", "build", (m_Options.inputs[0] + " -> " + m_Options.output).c_str());
   std::printf("%-14s %lld written, %lld left out (bad), %lld without hatches\n", "layers",
-              static_cast<long long>(t.layers), static_cast<long long>(t.skipped), static_cast<long long>(t.unhatched));
+              static_cast<long long>(t.layers), static_cast<long long>(t.skipped),
+              static_cast<long long>(t.unhatched));
   std::printf("%-14s %lld polylines, %.3f m\n", "contours", static_cast<long long>(t.contours),
               t.contourLength * toM);
-  std::printf("%-14s %lld hatches, %.3f m\n", "vectors", static_cast<long long>(t.vectors), t.hatchLength * toM);
+  std::printf("%-14s %lld hatches, %.3f m\n", "vectors", static_cast<long long>(t.vectors),
+              t.hatchLength * toM);
   std::printf("%-14s %.3f m\n", "scan length", (t.contourLength + t.hatchLength) * toM);
   std::printf("%-14s %.2f s on %d jobs: %.2f ms per layer, %.1f layers/s, %.1f hatch m/s\n", "time", seconds,
               Jobs(m_Options), perLayer, seconds > 0 ? t.layers / seconds : 0.0,
               seconds > 0 ? t.hatchLength * toM / seconds : 0.0);
   std::printf("%-14s read %.2f s, offset %.2f s, hatch %.2f s, write %.2f s (summed over workers)\n", "steps",
               t.readS, t.offsetMs / 1000.0, t.hatchMs / 1000.0, t.encodeMs / 1000.0);
+  // Peak resident memory: ru_maxrss is in KiB; the children's figure is the largest worker's.
+  rusage self{}, workers{};
+  getrusage(RUSAGE_SELF, &self);
+  getrusage(RUSAGE_CHILDREN, &workers);
+  std::printf("%-14s %.1f MB peak in the main process, %.1f MB in the largest worker\n", "memory",
+              self.ru_maxrss / 1024.0, workers.ru_maxrss / 1024.0);
 }
 
 // Stops the run at an interrupt, so that its temporary files go.
-void OnSignal(int) { g_StopRequested = 1; }
+void OnSignal(int) {
+  g_StopRequested = 1;
+}
 
 void CatchSignals() {
   struct sigaction action {};

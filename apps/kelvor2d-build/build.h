@@ -10,6 +10,6 @@ int RunMerge(const BuildOptions& options);
 // Writes the sample build.
 int RunSample(const BuildOptions& options);
 
-constexpr int kExitFailed = 1;   // bad input or an output that cannot be written
-constexpr int kExitUsage = 2;    // bad command line
+constexpr int kExitFailed = 1;  // bad input or an output that cannot be written
+constexpr int kExitUsage = 2;   // bad command line
 constexpr int kExitInterrupted = 130;

@@ -45,7 +45,8 @@ bool Survey(const std::string& path, double unitsPerMm, Part& part, std::string&
 bool SameKind(const Part& a, const Part& b, std::string& error) {
   bool labels = a.header.labels.size() == b.header.labels.size();
   for (size_t i = 0; labels && i < a.header.labels.size(); ++i)
-    labels = a.header.labels[i].id == b.header.labels[i].id && a.header.labels[i].text == b.header.labels[i].text;
+    labels =
+        a.header.labels[i].id == b.header.labels[i].id && a.header.labels[i].text == b.header.labels[i].text;
   if (a.header.encoding != b.header.encoding || a.header.unitsMm != b.header.unitsMm || !labels) {
     error = b.path + " was not made like " + a.path + " (encoding, units or labels differ)";
     return false;
@@ -81,13 +82,16 @@ int RunMerge(const BuildOptions& options) {
   std::vector<Part> parts(options.inputs.size());
   std::string error;
   for (size_t i = 0; i < parts.size(); ++i) {
-    if (!Survey(options.inputs[i], options.unitsPerMm, parts[i], error) || !SameKind(parts[0], parts[i], error)) {
+    if (!Survey(options.inputs[i], options.unitsPerMm, parts[i], error) ||
+        !SameKind(parts[0], parts[i], error)) {
       std::fprintf(stderr, "kelvor2d-build: %s\n", error.c_str());
       return kExitFailed;
     }
   }
-  parts.erase(std::remove_if(parts.begin(), parts.end(), [](const Part& p) { return p.layers == 0; }), parts.end());
-  std::stable_sort(parts.begin(), parts.end(), [](const Part& a, const Part& b) { return a.firstZ < b.firstZ; });
+  parts.erase(std::remove_if(parts.begin(), parts.end(), [](const Part& p) { return p.layers == 0; }),
+              parts.end());
+  std::stable_sort(parts.begin(), parts.end(),
+                   [](const Part& a, const Part& b) { return a.firstZ < b.firstZ; });
   CliHeader header;
   for (size_t i = 0; i < parts.size(); ++i) {
     if (i > 0 && parts[i].firstZ <= parts[i - 1].lastZ) {

@@ -119,7 +119,8 @@ const std::map<std::string, Handler>& ValueOptions() {
        [](const std::string& v, BuildOptions& o, std::string& e) {
          return CheckReal("--rotate", v, -360, 360, false, o.rotateDegrees, e);
        }},
-      {"--preview", [](const std::string& v, BuildOptions& o, std::string&) { return o.previewDir = v, true; }},
+      {"--preview",
+       [](const std::string& v, BuildOptions& o, std::string&) { return o.previewDir = v, true; }},
       {"--preview-layers", ParseLayerList},
       {"--preview-every",
        [](const std::string& v, BuildOptions& o, std::string& e) {

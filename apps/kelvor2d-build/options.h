@@ -17,13 +17,13 @@ struct BuildOptions {
   int contours = 2;                 // contour passes
   double contourOffsetMm = 0.1;     // distance between the outline and the first pass, and between passes
   double hatchDistanceMm = 0.1;
-  double angleDegrees = 0.0;        // hatch direction of layer 0
-  double rotateDegrees = 67.0;      // turn of the hatch direction from one layer to the next
+  double angleDegrees = 0.0;    // hatch direction of layer 0
+  double rotateDegrees = 67.0;  // turn of the hatch direction from one layer to the next
   bool binary = false;
-  std::string previewDir;           // empty: no previews
+  std::string previewDir;  // empty: no previews
   std::vector<int64_t> previewLayers;
-  int64_t previewEvery = 0;         // 0: only previewLayers (or the default choice)
-  int jobs = 0;                     // 0: every core
+  int64_t previewEvery = 0;                    // 0: only previewLayers (or the default choice)
+  int jobs = 0;                                // 0: every core
   int64_t fromLayer = 0, toLayer = INT64_MAX;  // --layers, inclusive
   bool quiet = false, keepGoing = false, help = false;
   int64_t sampleLayers = 1000;
@@ -40,8 +40,12 @@ struct Recipe {
 };
 
 // Part ids of what the program writes.
-inline int32_t HatchId(const Recipe& r) { return r.contours + 1; }
-inline int32_t OpenLineId(const Recipe& r) { return r.contours + 2; }
+inline int32_t HatchId(const Recipe& r) {
+  return r.contours + 1;
+}
+inline int32_t OpenLineId(const Recipe& r) {
+  return r.contours + 2;
+}
 
 std::string UsageText();
 // False with `error` for an unknown option, a missing or bad value.

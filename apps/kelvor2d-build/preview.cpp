@@ -13,9 +13,11 @@ namespace {
 struct Colour {
   unsigned char r, g, b;
 };
-constexpr Colour kInk{30, 30, 30}, kGrid{220, 220, 220}, kContour{20, 40, 120},
-    kHatch{230, 90, 40}, kLengthSeries{31, 119, 180}, kCountSeries{255, 127, 14};
-constexpr int kLayerPicture = 800;  // pixels per side
+constexpr Colour kInk{30, 30, 30}, kGrid{220, 220, 220}, kContour{20, 40, 120}, kHatch{230, 90, 40},
+    kLengthSeries{31, 119, 180}, kCountSeries{255, 127, 14};
+constexpr int kLayerPicture = 800;   // pixels per side of the whole layer
+constexpr int kDetailPicture = 400;  // pixels per side of the detail beside it
+constexpr double kDetailZoom = 6.0;  // the detail shows a sixth of the layer's side
 constexpr int kPlotWidth = 1000, kPlotHeight = 420, kPlotMargin = 40;
 
 // Glyphs 3 wide and 5 high for the plot's numbers, one row per 3 bits.
@@ -25,9 +27,14 @@ constexpr unsigned char kDigits[10][5] = {{7, 5, 5, 5, 7}, {2, 6, 2, 2, 7}, {7, 
 
 class Canvas {
  public:
-  Canvas(int width, int height) : m_Width(width), m_Height(height), m_Pixels(3 * width * height, 255) {}
+  Canvas(int width, int height)
+      : m_Width(width), m_Height(height), m_Clip{0, 0, width, height}, m_Pixels(3 * width * height, 255) {}
+  // Pixels outside [x0, x1) x [y0, y1) are left alone from now on.
+  void Clip(int x0, int y0, int x1, int y1) {
+    m_Clip[0] = x0, m_Clip[1] = y0, m_Clip[2] = x1, m_Clip[3] = y1;
+  }
   void Set(int x, int y, Colour c) {
-    if (x < 0 || y < 0 || x >= m_Width || y >= m_Height)
+    if (x < m_Clip[0] || y < m_Clip[1] || x >= m_Clip[2] || y >= m_Clip[3])
       return;
     unsigned char* p = &m_Pixels[3 * (static_cast<size_t>(y) * m_Width + x)];
     p[0] = c.r, p[1] = c.g, p[2] = c.b;
@@ -65,14 +72,15 @@ class Canvas {
 
  private:
   int m_Width, m_Height;
+  int m_Clip[4];
   std::vector<unsigned char> m_Pixels;
 };
 
 bool Canvas::Write(const std::string& path, std::string& error) const {
 #ifdef KELVOR2D_BUILD_HAVE_PNG
   FILE* file = std::fopen(path.c_str(), "wb");
-  png_structp png = file != nullptr ? png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr)
-                                    : nullptr;
+  png_structp png =
+      file != nullptr ? png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr) : nullptr;
   png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
   if (info == nullptr || setjmp(png_jmpbuf(png))) {
     png_destroy_write_struct(&png, &info);
@@ -100,6 +108,33 @@ bool Canvas::Write(const std::string& path, std::string& error) const {
 #endif
 }
 
+// The square [minX, minX + side] x [minY, minY + side] of the layer (internal
+// units) drawn into the panel of `pixels` at (left, top).
+struct View {
+  double minX, minY, side;
+  int left, top, pixels;
+};
+
+void DrawLayer(Canvas& canvas, const CliLayer& layer, const View& v) {
+  canvas.Clip(v.left, v.top, v.left + v.pixels, v.top + v.pixels);
+  const double scale = v.pixels / v.side;
+  auto px = [&](double x) { return v.left + (x - v.minX) * scale; };
+  auto py = [&](double y) { return v.top + v.pixels - (y - v.minY) * scale; };
+  for (const CliHatches& h : layer.hatches)
+    for (size_t i = 0; i + 3 < h.coordinates.size(); i += 4)
+      canvas.Line(px(h.coordinates[i]), py(h.coordinates[i + 1]), px(h.coordinates[i + 2]),
+                  py(h.coordinates[i + 3]), kHatch);
+  for (const CliPolyline& p : layer.polylines) {
+    const size_t n = p.points.size(), edges = p.direction == kCliOpen ? (n > 0 ? n - 1 : 0) : n;
+    for (size_t i = 0; i < edges; ++i) {
+      const MMPoint2d<long>& a = p.points[i];
+      const MMPoint2d<long>& b = p.points[(i + 1) % n];
+      canvas.Line(px(a.x), py(a.y), px(b.x), py(b.y), kContour);
+    }
+  }
+  canvas.Clip(0, 0, kLayerPicture + kDetailPicture, kLayerPicture);
+}
+
 }  // namespace
 
 bool PreviewAvailable() {
@@ -112,24 +147,20 @@ bool PreviewAvailable() {
 
 bool WriteLayerPicture(const std::string& path, const CliLayer& layer, std::string& error) {
   const CliDimension d = DimensionOf(layer, 1.0);
-  Canvas canvas(kLayerPicture, kLayerPicture);
+  Canvas canvas(kLayerPicture + kDetailPicture, kLayerPicture);
   if (d.empty)
     return canvas.Write(path, error);
   const double side = std::max({d.maxX - d.minX, d.maxY - d.minY, 1.0});
-  const double scale = (kLayerPicture - 2.0 * kPlotMargin) / side;
-  auto px = [&](double x) { return kPlotMargin + (x - d.minX) * scale; };
-  auto py = [&](double y) { return kLayerPicture - kPlotMargin - (y - d.minY) * scale; };
-  for (const CliHatches& h : layer.hatches)
-    for (size_t i = 0; i + 3 < h.coordinates.size(); i += 4)
-      canvas.Line(px(h.coordinates[i]), py(h.coordinates[i + 1]), px(h.coordinates[i + 2]),
-                  py(h.coordinates[i + 3]), kHatch);
-  for (const CliPolyline& p : layer.polylines) {
-    const size_t n = p.points.size(), edges = p.direction == kCliOpen ? (n > 0 ? n - 1 : 0) : n;
-    for (size_t i = 0; i < edges; ++i) {
-      const MMPoint2d<long>& a = p.points[i];
-      const MMPoint2d<long>& b = p.points[(i + 1) % n];
-      canvas.Line(px(a.x), py(a.y), px(b.x), py(b.y), kContour);
-    }
+  const double margin = side * kPlotMargin / (kLayerPicture - 2.0 * kPlotMargin);
+  DrawLayer(canvas, layer, {d.minX - margin, d.minY - margin, side + 2 * margin, 0, 0, kLayerPicture});
+  // The detail: a square a sixth of the layer's side, on its left, halfway up.
+  const double detail = side / kDetailZoom;
+  const View zoom{d.minX + detail * 0.25,          (d.minY + d.maxY - detail) / 2,       detail,
+                  kLayerPicture - kPlotMargin / 2, (kLayerPicture - kDetailPicture) / 2, kDetailPicture};
+  DrawLayer(canvas, layer, zoom);
+  for (int k = 0; k <= kDetailPicture; k += kDetailPicture) {
+    canvas.Line(zoom.left, zoom.top + k, zoom.left + kDetailPicture, zoom.top + k, kInk);
+    canvas.Line(zoom.left + k, zoom.top, zoom.left + k, zoom.top + kDetailPicture, kInk);
   }
   return canvas.Write(path, error);
 }
@@ -156,7 +187,9 @@ bool WriteBuildPlot(const std::string& path, const std::vector<PlotPoint>& point
   const double n = points.size() > 1 ? points.size() - 1.0 : 1.0;
   for (size_t i = 1; i < points.size(); ++i) {
     const double x0 = left + (right - left) * (i - 1) / n, x1 = left + (right - left) * i / n;
-    auto yLength = [&](size_t j) { return bottom - (bottom - top) * points[j].scanLengthM / std::max(maxLength, 1e-9); };
+    auto yLength = [&](size_t j) {
+      return bottom - (bottom - top) * points[j].scanLengthM / std::max(maxLength, 1e-9);
+    };
     auto yCount = [&](size_t j) {
       return bottom - (bottom - top) * points[j].vectors / std::max<double>(maxCount, 1);
     };

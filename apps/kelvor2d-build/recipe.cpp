@@ -86,7 +86,8 @@ std::vector<CliLabel> RecipeLabels(const Recipe& recipe) {
 }
 
 double HatchAngle(const Recipe& recipe, int64_t index) {
-  const double angle = std::fmod(recipe.angleDegrees + recipe.rotateDegrees * static_cast<double>(index), 360.0);
+  const double angle =
+      std::fmod(recipe.angleDegrees + recipe.rotateDegrees * static_cast<double>(index), 360.0);
   return angle < 0 ? angle + 360.0 : angle;
 }
 

@@ -9,13 +9,13 @@
 
 // What a layer made, and what each step cost.
 struct LayerStats {
-  int64_t index = 0;            // layer index in the input build
-  int64_t contours = 0;         // contour passes written (polylines)
-  int64_t vectors = 0;          // hatch vectors written
-  double contourLength = 0.0;   // internal units
-  double hatchLength = 0.0;     // internal units
-  bool hatched = false;         // false: nothing to hatch (empty, or open lines only)
-  double offsetMs = 0.0;        // clean, unite, classify, offset
+  int64_t index = 0;           // layer index in the input build
+  int64_t contours = 0;        // contour passes written (polylines)
+  int64_t vectors = 0;         // hatch vectors written
+  double contourLength = 0.0;  // internal units
+  double hatchLength = 0.0;    // internal units
+  bool hatched = false;        // false: nothing to hatch (empty, or open lines only)
+  double offsetMs = 0.0;       // clean, unite, classify, offset
   double hatchMs = 0.0;
   double encodeMs = 0.0;
 };

@@ -37,8 +37,9 @@ CliPolyline Outline(double twist, double unitsPerMm) {
   for (int c = 0; c < 4; ++c) {
     for (int s = 0; s <= kCornerSteps; ++s) {
       const double a = (90.0 - 90.0 * c - 90.0 * s / kCornerSteps) * kPi / 180.0;
-      p.points.push_back(Place({corners[c].x + kCornerRadius * std::cos(a), corners[c].y + kCornerRadius * std::sin(a)},
-                               twist, unitsPerMm));
+      p.points.push_back(
+          Place({corners[c].x + kCornerRadius * std::cos(a), corners[c].y + kCornerRadius * std::sin(a)},
+                twist, unitsPerMm));
     }
   }
   return p;
@@ -51,7 +52,8 @@ CliPolyline Hole(Mm centre, double radius, double twist, double unitsPerMm) {
   p.direction = kCliInner;
   for (int s = 0; s < kCircleSteps; ++s) {
     const double a = 2.0 * kPi * s / kCircleSteps;
-    p.points.push_back(Place({centre.x + radius * std::cos(a), centre.y + radius * std::sin(a)}, twist, unitsPerMm));
+    p.points.push_back(
+        Place({centre.x + radius * std::cos(a), centre.y + radius * std::sin(a)}, twist, unitsPerMm));
   }
   return p;
 }

@@ -62,7 +62,8 @@ void PackJob(const LayerJob& job, std::string& out) {
   p.Put<uint64_t>(job.layer.polylines.size());
   for (const CliPolyline& line : job.layer.polylines) {
     p.Put(line.id), p.Put(line.direction), p.Put<uint64_t>(line.points.size());
-    out.append(reinterpret_cast<const char*>(line.points.data()), line.points.size() * sizeof(line.points[0]));
+    out.append(reinterpret_cast<const char*>(line.points.data()),
+               line.points.size() * sizeof(line.points[0]));
   }
 }
 
@@ -124,7 +125,8 @@ bool ReadFull(int fd, char* data, size_t n) {
 
 bool SendMessage(int fd, const std::string& body) {
   const uint64_t n = body.size();
-  return WriteFull(fd, reinterpret_cast<const char*>(&n), sizeof n) && WriteFull(fd, body.data(), body.size());
+  return WriteFull(fd, reinterpret_cast<const char*>(&n), sizeof n) &&
+         WriteFull(fd, body.data(), body.size());
 }
 
 bool ReceiveMessage(int fd, std::string& body) {
@@ -143,9 +145,12 @@ void CloseFd(int& fd) {
 
 }  // namespace
 
-WorkerPool::WorkerPool(int workers, LayerWork work) : m_Count(workers < 1 ? 1 : workers), m_Work(std::move(work)) {}
+WorkerPool::WorkerPool(int workers, LayerWork work)
+    : m_Count(workers < 1 ? 1 : workers), m_Work(std::move(work)) {}
 
-WorkerPool::~WorkerPool() { Stop(true); }
+WorkerPool::~WorkerPool() {
+  Stop(true);
+}
 
 void WorkerPool::RunWorker(int jobs, int results) {
   // A worker dies with its parent, and leaves interrupts to it.
@@ -196,7 +201,9 @@ bool WorkerPool::Start(std::string& error) {
   return true;
 }
 
-bool WorkerPool::HasIdle() const { return Busy() < m_Count; }
+bool WorkerPool::HasIdle() const {
+  return Busy() < m_Count;
+}
 
 int WorkerPool::Busy() const {
   if (m_Count == 1)

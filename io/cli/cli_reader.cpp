@@ -1,12 +1,12 @@
 #include "io/cli/cli_reader.h"
 
+#include <sys/stat.h>
 #include <algorithm>
 #include <cctype>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <sys/stat.h>
 
 namespace {
 
@@ -74,7 +74,9 @@ bool ParseInteger(const std::string& text, int32_t& value) {
   return true;
 }
 
-uint16_t U16(const unsigned char* p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
+uint16_t U16(const unsigned char* p) {
+  return static_cast<uint16_t>(p[0] | p[1] << 8);
+}
 uint32_t U32(const unsigned char* p) {
   return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
          static_cast<uint32_t>(p[3]) << 24;
@@ -129,7 +131,8 @@ CliDimension DimensionOf(const CliLayer& layer, double unitsPerMm) {
   return d;
 }
 
-CliReader::CliReader(std::string path, double unitsPerMm) : m_Path(std::move(path)), m_UnitsPerMm(unitsPerMm) {}
+CliReader::CliReader(std::string path, double unitsPerMm)
+    : m_Path(std::move(path)), m_UnitsPerMm(unitsPerMm) {}
 
 CliReader::~CliReader() {
   if (m_File != nullptr)
@@ -287,7 +290,8 @@ bool CliReader::Map(double value, int32_t& units) {
   return true;
 }
 
-bool CliReader::AddPolyline(int32_t id, int32_t direction, const std::vector<double>& values, CliLayer& layer) {
+bool CliReader::AddPolyline(int32_t id, int32_t direction, const std::vector<double>& values,
+                            CliLayer& layer) {
   if (direction < kCliInner || direction > kCliOpen)
     return Fail("polyline direction " + std::to_string(direction) + " is not 0, 1 or 2");
   CliPolyline polyline;
@@ -329,7 +333,9 @@ CliStatus CliReader::Next(CliLayer& layer) {
   return m_Header.encoding == CliEncoding::kBinary ? NextBinary(layer) : NextAscii(layer);
 }
 
-CliStatus CliReader::FinishLayer(bool bad) { return bad ? CliStatus::kBadLayer : CliStatus::kLayer; }
+CliStatus CliReader::FinishLayer(bool bad) {
+  return bad ? CliStatus::kBadLayer : CliStatus::kLayer;
+}
 
 // Starts the pending layer: counts it and maps its height (false: the height does not map).
 bool CliReader::StartLayer(CliLayer& layer) {
@@ -401,15 +407,18 @@ CliStatus CliReader::NextAscii(CliLayer& layer) {
   }
 }
 
-bool CliReader::AsciiCommand(const std::string& name, const std::vector<std::string>& params, CliLayer& layer) {
+bool CliReader::AsciiCommand(const std::string& name, const std::vector<std::string>& params,
+                             CliLayer& layer) {
   const bool polyline = name == "$$POLYLINE";
   if (!polyline && name != "$$HATCHES")
     return Fail("unknown command '" + name + "'");
   const size_t head = polyline ? 3 : 2, perItem = polyline ? 2 : 4;
   int32_t id = 0, direction = 0, count = 0;
-  if (params.size() < head || !ParseInteger(params[0], id) || (polyline && !ParseInteger(params[1], direction)) ||
-      !ParseInteger(params[head - 1], count) || count < 0)
-    return Fail(name + " needs " + (polyline ? "an id, a direction and a point count" : "an id and a hatch count"));
+  if (params.size() < head || !ParseInteger(params[0], id) ||
+      (polyline && !ParseInteger(params[1], direction)) || !ParseInteger(params[head - 1], count) ||
+      count < 0)
+    return Fail(name + " needs " +
+                (polyline ? "an id, a direction and a point count" : "an id and a hatch count"));
   if (params.size() - head != static_cast<size_t>(count) * perItem)
     return Fail(name + " count " + std::to_string(count) + " calls for " +
                 std::to_string(static_cast<int64_t>(count) * perItem) + " numbers, " +

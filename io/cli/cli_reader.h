@@ -72,12 +72,12 @@ class CliReader {
   int64_t m_CommandOffset = 0;  // offset of the command being read (binary)
   int64_t m_LayerIndex = -1;
   bool m_HavePendingLayer = false;  // a layer command was read whose layer has not been returned
-  double m_PendingZ = 0.0;            // its height in file units
-  bool m_PendingBad = false;          // its layer command was malformed
-  std::string m_PendingError;         // why
-  int64_t m_PendingLine = 0;          // its line (ASCII) or byte offset (binary)
-  bool m_Fatal = false;               // a binary command broke the stream
-  CliLayer m_Scratch;                 // where the rest of a bad binary layer is read to
+  double m_PendingZ = 0.0;          // its height in file units
+  bool m_PendingBad = false;        // its layer command was malformed
+  std::string m_PendingError;       // why
+  int64_t m_PendingLine = 0;        // its line (ASCII) or byte offset (binary)
+  bool m_Fatal = false;             // a binary command broke the stream
+  CliLayer m_Scratch;               // where the rest of a bad binary layer is read to
   bool m_Ended = false;
   int64_t m_GeometryBegin = 0;
   int64_t m_GeometryEnd = 0;

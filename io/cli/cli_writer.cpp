@@ -1,9 +1,9 @@
 #include "io/cli/cli_writer.h"
 
+#include <unistd.h>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <unistd.h>
 
 namespace {
 
@@ -26,7 +26,9 @@ void PutF32(std::string& out, double v) {
   PutU32(out, bits);
 }
 
-bool FitsShort(int64_t v) { return v >= 0 && v <= kShortMax; }
+bool FitsShort(int64_t v) {
+  return v >= 0 && v <= kShortMax;
+}
 
 // The values of a command in file order: polylines closed against the
 // library's sense, repeating their first point.
@@ -114,8 +116,8 @@ void EncodeCliLayer(const CliLayer& layer, CliEncoding encoding, std::string& ou
                         {p.id, p.direction, static_cast<int64_t>(values.size() / 2)}, values);
   }
   for (const CliHatches& h : layer.hatches) {
-    AppendBinaryCommand(out, kHatchesShort, kHatchesLong, {h.id, static_cast<int64_t>(h.coordinates.size() / 4)},
-                        h.coordinates);
+    AppendBinaryCommand(out, kHatchesShort, kHatchesLong,
+                        {h.id, static_cast<int64_t>(h.coordinates.size() / 4)}, h.coordinates);
   }
 }
 
@@ -141,7 +143,9 @@ std::string EncodeCliHeader(const CliHeader& header) {
   return out;
 }
 
-CliWriter::~CliWriter() { Abandon(); }
+CliWriter::~CliWriter() {
+  Abandon();
+}
 
 bool CliWriter::Open(const std::string& path, CliEncoding encoding, std::string& error) {
   Abandon();

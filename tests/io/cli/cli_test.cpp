@@ -16,7 +16,9 @@ std::string TempPath(const std::string& name) {
   return ::testing::TempDir() + "cli-" + name + "-" + std::to_string(getpid()) + ".cli";
 }
 
-void WriteText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+void WriteText(const std::string& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
 
 std::string ReadText(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -120,7 +122,9 @@ TEST(CliRoundTrip, ClosedPolylinesAreWrittenAgainstTheLibrarySenseAndClosed) {
 TEST(CliBinary, ShortAndLongCommandsAreChosenByTheValues) {
   std::string bytes;
   EncodeCliLayer(MixedLayer(30), CliEncoding::kBinary, bytes);
-  auto index = [&](size_t at) { return static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1]) << 8; };
+  auto index = [&](size_t at) {
+    return static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1]) << 8;
+  };
   EXPECT_EQ(index(0), 128);  // short layer: z = 30
   EXPECT_EQ(index(4), 129);  // short polyline: the first square
   const size_t second = 4 + 2 + 6 + 5 * 4;
@@ -136,12 +140,15 @@ TEST(CliUnits, CoordinatesMapThroughTheFileUnitsAndTheInternalUnits) {
     double unitsPerMm;
     const char* value;
     int32_t expected;
-  } cases[] = {{"0.001", 1000, "1234", 1234}, {"0.01", 1000, "1.5", 15}, {"1", 100, "0.125", 13},
+  } cases[] = {{"0.001", 1000, "1234", 1234},
+               {"0.01", 1000, "1.5", 15},
+               {"1", 100, "0.125", 13},
                {"0.005", 1000, "-3", -15}};
   for (const Case& c : cases) {
     const std::string path = TempPath("units");
     WriteText(path, std::string("$$HEADERSTART\n$$ASCII\n$$UNITS/") + c.units +
-                        "\n$$HEADEREND\n$$GEOMETRYSTART\n$$LAYER/0\n$$HATCHES/1,1," + c.value + ",0,0,0\n$$GEOMETRYEND\n");
+                        "\n$$HEADEREND\n$$GEOMETRYSTART\n$$LAYER/0\n$$HATCHES/1,1," + c.value +
+                        ",0,0,0\n$$GEOMETRYEND\n");
     const std::vector<CliLayer> layers = ReadAll(path, c.unitsPerMm);
     ASSERT_EQ(layers.size(), 1u);
     EXPECT_EQ(layers[0].hatches[0].coordinates[0], c.expected) << c.units << " " << c.value;
@@ -177,7 +184,8 @@ TEST(CliBadInput, EachFaultIsReportedWithPlaceAndLayer) {
     CliStatus status;  // of the first Next after any good layers
     std::string message;
   } cases[] = {
-      {"no header end", "$$HEADERSTART\n$$ASCII\n", CliStatus::kFailed, "line 2: the file ends without $$HEADEREND"},
+      {"no header end", "$$HEADERSTART\n$$ASCII\n", CliStatus::kFailed,
+       "line 2: the file ends without $$HEADEREND"},
       {"not cli", "hello\n", CliStatus::kFailed, "not a CLI file"},
       {"count", std::string(kAsciiHead) + "$$LAYER/0\n$$POLYLINE/1,2,3,0,0,1,1\n$$GEOMETRYEND\n",
        CliStatus::kBadLayer, "line 7, layer 0: $$POLYLINE count 3 calls for 6 numbers, 4 follow"},
@@ -185,12 +193,13 @@ TEST(CliBadInput, EachFaultIsReportedWithPlaceAndLayer) {
        "line 6: $$HATCHES before the first layer"},
       {"not a number", std::string(kAsciiHead) + "$$LAYER/0\n$$HATCHES/1,1,0,0,x,0\n$$GEOMETRYEND\n",
        CliStatus::kBadLayer, "'x' is not a number"},
-      {"direction", std::string(kAsciiHead) + "$$LAYER/0\n$$POLYLINE/1,5,1,0,0\n$$GEOMETRYEND\n", CliStatus::kBadLayer,
-       "direction 5 is not 0, 1 or 2"},
+      {"direction", std::string(kAsciiHead) + "$$LAYER/0\n$$POLYLINE/1,5,1,0,0\n$$GEOMETRYEND\n",
+       CliStatus::kBadLayer, "direction 5 is not 0, 1 or 2"},
       {"overflow", std::string(kAsciiHead) + "$$LAYER/0\n$$HATCHES/1,1,0,0,3e9,0\n$$GEOMETRYEND\n",
        CliStatus::kBadLayer, "layer 0: coordinate 3e+09 does not fit 32 bits"},
       {"no end", std::string(kAsciiHead) + "$$LAYER/0\n", CliStatus::kFailed, "ends without $$GEOMETRYEND"},
-      {"unknown index", Binary({128, 0, 200}), CliStatus::kFailed, "byte 48, layer 0: unknown command index 200"},
+      {"unknown index", Binary({128, 0, 200}), CliStatus::kFailed,
+       "byte 48, layer 0: unknown command index 200"},
       {"truncated", Binary({128, 0, 131, 1, 1, 5}), CliStatus::kFailed, "layer 0: truncated command"},
       {"huge count", Binary({128, 0, 132, 1, 0, 0xffff, 0x7fff}), CliStatus::kFailed, "truncated command"},
       {"binary before layer", Binary({129, 1, 2, 0}), CliStatus::kFailed, "polyline before the first layer"},
