@@ -76,32 +76,37 @@ class Canvas {
   std::vector<unsigned char> m_Pixels;
 };
 
-bool Canvas::Write(const std::string& path, std::string& error) const {
 #ifdef KELVOR2D_BUILD_HAVE_PNG
-  FILE* file = std::fopen(path.c_str(), "wb");
-  png_structp png =
-      file != nullptr ? png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr) : nullptr;
+// Writes RGB rows top down; nothing here may need a destructor, as libpng
+// reports errors by longjmp.
+bool WriteRgbPng(std::FILE* file, const unsigned char* pixels, int width, int height) {
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
   if (info == nullptr || setjmp(png_jmpbuf(png))) {
     png_destroy_write_struct(&png, &info);
-    if (file != nullptr)
-      std::fclose(file);
-    error = "cannot write " + path;
     return false;
   }
   png_init_io(png, file);
-  png_set_IHDR(png, info, m_Width, m_Height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+  png_set_IHDR(png, info, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   png_write_info(png, info);
-  for (int row = 0; row < m_Height; ++row)
-    png_write_row(png, const_cast<png_bytep>(&m_Pixels[3 * static_cast<size_t>(row) * m_Width]));
+  for (int row = 0; row < height; ++row)
+    png_write_row(png, const_cast<png_bytep>(pixels + 3 * static_cast<size_t>(row) * width));
   png_write_end(png, nullptr);
   png_destroy_write_struct(&png, &info);
-  if (std::fclose(file) != 0) {
-    error = "cannot write " + path;
-    return false;
-  }
   return true;
+}
+#endif
+
+bool Canvas::Write(const std::string& path, std::string& error) const {
+#ifdef KELVOR2D_BUILD_HAVE_PNG
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  bool ok = file != nullptr && WriteRgbPng(file, m_Pixels.data(), m_Width, m_Height);
+  if (file != nullptr)
+    ok = std::fclose(file) == 0 && ok;
+  if (!ok)
+    error = "cannot write " + path;
+  return ok;
 #else
   error = "cannot write " + path + ": built without libpng";
   return false;
