@@ -156,6 +156,8 @@ void WorkerPool::RunWorker(int jobs, int results) {
   // A worker dies with its parent, and leaves interrupts to it.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   signal(SIGINT, SIG_IGN);
+  signal(SIGTERM, SIG_DFL);
+  signal(SIGHUP, SIG_DFL);
   std::string message;
   LayerJob job;
   LayerResult result;

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -49,9 +50,10 @@ std::vector<int32_t> PolylineValues(const CliPolyline& p) {
 
 void AppendAsciiNumbers(std::string& out, const std::vector<int32_t>& values) {
   char text[16];
+  text[0] = ',';
   for (int32_t v : values) {
-    const int n = std::snprintf(text, sizeof text, ",%d", v);
-    out.append(text, static_cast<size_t>(n));
+    const char* end = std::to_chars(text + 1, text + sizeof text, v).ptr;
+    out.append(text, static_cast<size_t>(end - text));
   }
   out += '\n';
 }
