@@ -213,8 +213,9 @@ void BuildRun::PrintSummary(double seconds) const {
   std::printf("%-14s %lld hatches, %.3f m\n", "vectors", static_cast<long long>(t.vectors),
               t.hatchLength * toM);
   std::printf("%-14s %.3f m\n", "scan length", (t.contourLength + t.hatchLength) * toM);
-  std::printf("%-14s %.2f s on %d jobs: %.2f ms per layer, %.1f layers/s, %.1f hatch m/s\n", "time", seconds,
-              Jobs(m_Options), perLayer, seconds > 0 ? t.layers / seconds : 0.0,
+  const int jobs = Jobs(m_Options);
+  std::printf("%-14s %.2f s on %d job%s: %.2f ms per layer, %.1f layers/s, %.1f hatch m/s\n", "time", seconds,
+              jobs, jobs == 1 ? "" : "s", perLayer, seconds > 0 ? t.layers / seconds : 0.0,
               seconds > 0 ? t.hatchLength * toM / seconds : 0.0);
   std::printf("%-14s read %.2f s, offset %.2f s, hatch %.2f s, write %.2f s (summed over workers)\n", "steps",
               t.readS, t.offsetMs / 1000.0, t.hatchMs / 1000.0, t.encodeMs / 1000.0);

@@ -233,6 +233,7 @@ bool WorkerPool::Submit(const LayerJob& job, std::string& error) {
       return false;
     }
     w.busy = true;
+    w.layer = job.index;
     return true;
   }
   error = "no idle worker";
@@ -265,7 +266,9 @@ bool WorkerPool::Collect(LayerResult& result, std::string& error) {
       continue;
     std::string message;
     if (!ReceiveMessage(owners[i]->results, message)) {
-      error = g_StopRequested ? "interrupted" : "a worker process ended unexpectedly (crashed on a layer?)";
+      error = g_StopRequested
+                  ? "interrupted"
+                  : "the worker process on layer " + std::to_string(owners[i]->layer) + " ended unexpectedly";
       return false;
     }
     UnpackResult(message, result);

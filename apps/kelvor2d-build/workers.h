@@ -62,6 +62,7 @@ class WorkerPool {
     int jobs = -1;     // write end of the job pipe
     int results = -1;  // read end of the result pipe
     bool busy = false;
+    int64_t layer = -1;  // input index of the layer it works on
   };
   void RunWorker(int jobs, int results);
 
