@@ -164,8 +164,9 @@ bool CliReader::Fill() {
 }
 
 bool CliReader::ReadLine(std::string& line) {
-  size_t end;
-  while ((end = m_Buffer.find('\n', m_BufferPos)) == std::string::npos) {
+  size_t end, scanned = 0;  // bytes from m_BufferPos on known to hold no line end
+  while ((end = m_Buffer.find('\n', m_BufferPos + scanned)) == std::string::npos) {
+    scanned = m_Buffer.size() - m_BufferPos;
     if (!Fill()) {
       if (m_BufferPos >= m_Buffer.size())
         return false;
