@@ -8,7 +8,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 out=${KELVOR2D_TEST_DIR:-$root/build-test}
 jobs=${JOBS:-$(nproc)}
 source "$root/scripts/require_packages.sh"
-require_packages cmake g++ libgtest-dev libgmock-dev libexpat1-dev pkg-config
+require_packages cmake g++ libgtest-dev libgmock-dev libexpat1-dev pkg-config parallel
 
 step() { printf '\n== %s\n' "$*"; }
 
