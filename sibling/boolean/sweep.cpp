@@ -363,6 +363,7 @@ class ArrangementSweep {
   // record of the next point.
   size_t SweepEndPoint(size_t r) {
     const uint64_t key = m_ends[r].key;
+    const size_t first = r;
     M2dGraphPoint* p = nullptr;
     int32_t seed = kNone;
     m_starting.clear();
@@ -383,8 +384,46 @@ class ArrangementSweep {
           seed = s.node;
       }
     }
-    SweepPoint(GridProbe(p, key), p, seed);
+    const Probe probe = GridProbe(p, key);
+    if (r - first != 1 || m_ends[first].starting == kNoCarrier || m_ends[first].ending == kNoCarrier ||
+        !PassOn(probe, p, m_ends[first].ending, m_ends[first].starting)) {
+      SweepPoint(probe, p, seed);
+    }
     return r;
+  }
+
+  // The common event of a chain: one carrier ends at p and the next one of
+  // its loop starts there, and no other carrier touches p. The new carrier
+  // takes the status node of the old one; the rest is what SweepPoint does
+  // for this case, without its search and scratch lists. False, doing
+  // nothing, when some neighbour passes through p.
+  bool PassOn(const Probe& probe, M2dGraphPoint* p, uint32_t ending, uint32_t starting) {
+    Segment& old = m_segments[ending];
+    const int32_t node = old.node;
+    const int32_t below = m_status.Previous(node), above = m_status.Next(node);
+    if ((below != kNone && Holds(below, probe)) || (above != kNone && Holds(above, probe)))
+      return false;
+    m_event = &probe;
+    m_arrivals.clear();
+    m_departures.clear();
+    if (old.line != nullptr) {
+      m_sink.End(old.line, p);
+      m_arrivals.push_back(old.line);
+    }
+    Segment& next = m_segments[starting];
+    m_status.SetValue(node, starting);
+    next.node = node;
+    next.windingBelow = below == kNone ? 0 : m_segments[m_status.ValueOf(below)].windingAbove;
+    next.windingAbove = next.windingBelow - next.multiplicity;
+    next.emits = true;
+    next.line = m_sink.Begin(p, next.DirectionX(), next.DirectionY(), next.windingBelow, next.windingAbove);
+    if (next.line != nullptr)
+      m_departures.push_back(next.line);
+    if (!m_arrivals.empty() && !m_departures.empty())
+      LinkAround(p);
+    CheckPair(below, node);
+    CheckPair(node, above);
+    return true;
   }
 
   bool Holds(int32_t node, const Probe& p) const {
