@@ -208,8 +208,6 @@ const M2dGraphFraction* M2dGraph::NewFraction(const ExactCoordinates& position) 
   f->exact = position;
   f->xKey = FractionKey(position.xFraction, position.denominator);
   f->yKey = FractionKey(position.yFraction, position.denominator);
-  f->nearX = kelvor_boolean::ExactToDouble(position.x, position.xFraction, position.denominator);
-  f->nearY = kelvor_boolean::ExactToDouble(position.y, position.yFraction, position.denominator);
   return f;
 }
 

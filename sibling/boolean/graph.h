@@ -50,13 +50,11 @@ struct DLIST {
 using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
 
 // The exact position of a point off the grid, with keys that order it
-// before exact tests and its nearest doubles for floating-point filters.
+// before exact tests.
 struct M2dGraphFraction {
   kelvor_boolean::ExactCoordinates exact;  // the exact position
   uint64_t xKey;                           // floor(2^62 * fraction of x)
   uint64_t yKey;                           // floor(2^62 * fraction of y)
-  double nearX;                            // exact x rounded to a double
-  double nearY;                            // exact y rounded to a double
 };
 
 // A point of the graph. The lines at one position all meet in one object. The exact
@@ -85,8 +83,16 @@ struct M2dGraphPoint {
   uint64_t XKey() const { return fraction != nullptr ? fraction->xKey : 0; }
   uint64_t YKey() const { return fraction != nullptr ? fraction->yKey : 0; }
   // The exact position rounded to doubles (for filters only).
-  double NearX() const { return fraction != nullptr ? fraction->nearX : static_cast<double>(x); }
-  double NearY() const { return fraction != nullptr ? fraction->nearY : static_cast<double>(y); }
+  double NearX() const {
+    return fraction != nullptr
+               ? kelvor_boolean::ExactToDouble(x, fraction->exact.xFraction, fraction->exact.denominator)
+               : static_cast<double>(x);
+  }
+  double NearY() const {
+    return fraction != nullptr
+               ? kelvor_boolean::ExactToDouble(y, fraction->exact.yFraction, fraction->exact.denominator)
+               : static_cast<double>(y);
+  }
 };
 
 namespace kelvor_boolean {
