@@ -10,6 +10,7 @@ using kelvor_boolean::UInt128;
 
 static_assert(std::is_trivially_destructible<M2dGraphPoint>::value,
               "point blocks are released without destructors");
+static_assert(sizeof(M2dGraphPoint) == 48 && sizeof(M2dGraphLineNode) == 88, "records stay compact");
 
 namespace {
 
@@ -69,7 +70,6 @@ M2dGraph::~M2dGraph() {
 DLIST_ELEMENT<M2dGraphLine>* M2dGraph::AddLine(M2dGraphPoint* from, M2dGraphPoint* to, bool flag) {
   M2dGraphLineNode* node = NewLineNode();
   M2dGraphLine& line = node->line;
-  line.graph = this;
   line.from = from;
   line.to = to;
   line.directionX = static_cast<int64_t>(to->x) - from->x;
@@ -86,7 +86,6 @@ M2dGraphLineNode* M2dGraph::AddOpenLine(M2dGraphPoint* from, M2dGraphPoint* to, 
                                         int64_t directionY) {
   M2dGraphLineNode* node = NewLineNode();
   M2dGraphLine& line = node->line;
-  line.graph = this;
   line.from = from;
   line.to = to;
   line.directionX = directionX;
@@ -191,7 +190,6 @@ M2dGraphPoint* M2dGraph::NewPoint(int32_t x, int32_t y) {
     m_blockUsed = 0;
   }
   M2dGraphPoint* p = new (m_blocks.back() + m_blockUsed++) M2dGraphPoint();
-  p->graph = this;
   p->x = x;
   p->y = y;
   p->index = static_cast<uint32_t>(m_points.size());

@@ -63,14 +63,13 @@ struct M2dGraphFraction {
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
 // in `fraction`.
 struct M2dGraphPoint {
-  M2dGraph* graph = nullptr;                   // the graph that owns the point
+  const M2dGraphFraction* fraction = nullptr;  // exact position off the grid; null on the grid
   int32_t x = 0;                               // whole part of x (floor)
   int32_t y = 0;                               // whole part of y (floor)
   uint32_t xNumerator = 0;                     // fraction of x above the whole part
   uint32_t yNumerator = 0;                     // fraction of y above the whole part
   uint32_t denominator = 1;                    // common denominator of both fractions, >= 1
   uint32_t index = 0;                          // creation number within the graph
-  const M2dGraphFraction* fraction = nullptr;  // exact position off the grid; null on the grid
   M2dGraphLineNode* firstOut = nullptr;        // first line leaving this point
   M2dGraphLineNode* firstIn = nullptr;         // first line entering this point
 
@@ -126,10 +125,9 @@ inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
 
 // A directed line between two graph points.
 struct M2dGraphLine {
-  M2dGraph* graph = nullptr;      // the graph that owns the line
+  int64_t directionX = 0;         // direction on the grid, a positive multiple of to - from
   M2dGraphPoint* from = nullptr;  // start of the directed line
   M2dGraphPoint* to = nullptr;    // end of the directed line
-  int64_t directionX = 0;         // direction on the grid, a positive multiple of to - from
   int64_t directionY = 0;
   M2dGraphLineNode* nextOut = nullptr;      // next line leaving `from`
   M2dGraphLineNode* nextIn = nullptr;       // next line entering `to`
