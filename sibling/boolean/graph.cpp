@@ -131,7 +131,6 @@ void M2dGraph::PrefetchGridPoint(int32_t x, int32_t y) const {
 }
 
 void M2dGraph::ReservePoints(uint32_t count) {
-  m_points.reserve(count);
   size_t size = m_slots.empty() ? kFirstSlotCount : m_slots.size();
   while (static_cast<size_t>(count) * 4 > size * 3)
     size *= 2;
@@ -151,7 +150,7 @@ M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
   }
   M2dGraphPoint* p = NewPoint(x, y);
   m_slots[i] = Slot{whole, p};
-  if (m_points.size() * 4 > m_slots.size() * 3)
+  if (static_cast<size_t>(m_numPoints) * 4 > m_slots.size() * 3)
     GrowSlots(m_slots.size() * 2);
   return p;
 }
@@ -172,7 +171,7 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   }
   M2dGraphPoint* p = MakeExactPoint(position);
   m_slots[i] = Slot{whole, p};
-  if (m_points.size() * 4 > m_slots.size() * 3)
+  if (static_cast<size_t>(m_numPoints) * 4 > m_slots.size() * 3)
     GrowSlots(m_slots.size() * 2);
   return p;
 }
@@ -192,8 +191,7 @@ M2dGraphPoint* M2dGraph::NewPoint(int32_t x, int32_t y) {
   M2dGraphPoint* p = new (m_blocks.back() + m_blockUsed++) M2dGraphPoint();
   p->x = x;
   p->y = y;
-  p->index = static_cast<uint32_t>(m_points.size());
-  m_points.push_back(p);
+  p->index = m_numPoints++;
   return p;
 }
 
@@ -228,9 +226,12 @@ void M2dGraph::ClearLines() {
   lines->Clear();
   m_lineBlock = 0;
   m_lineBlockUsed = 0;
-  for (M2dGraphPoint* p : m_points) {
-    p->firstOut = nullptr;
-    p->firstIn = nullptr;
+  for (size_t b = 0; b < m_blocks.size(); ++b) {
+    const uint32_t used = b + 1 < m_blocks.size() ? kPointsPerBlock : m_blockUsed;
+    for (M2dGraphPoint* p = m_blocks[b]; p != m_blocks[b] + used; ++p) {
+      p->firstOut = nullptr;
+      p->firstIn = nullptr;
+    }
   }
 }
 
@@ -249,7 +250,7 @@ void M2dGraph::ClearGraph() {
     delete[] block;
   m_fractionBlocks.clear();
   m_fractionBlockUsed = 0;
-  m_points.clear();
+  m_numPoints = 0;
   m_slots.clear();
 }
 

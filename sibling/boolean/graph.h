@@ -181,7 +181,7 @@ class M2dGraph {
   // table; changes no result.
   void ReservePoints(uint32_t count);
   // Number of points made so far.
-  uint32_t GetNumPoints() const { return static_cast<uint32_t>(m_points.size()); }
+  uint32_t GetNumPoints() const { return m_numPoints; }
   // Deletes all lines and points.
   void ClearGraph();
 
@@ -200,8 +200,8 @@ class M2dGraph {
     uint64_t whole;
     M2dGraphPoint* point;  // null: free slot
   };
-  std::vector<M2dGraphPoint*> m_points;             // every point by index; they live in m_blocks
-  std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points (new[])
+  uint32_t m_numPoints = 0;                         // points made, numbered in order of making
+  std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points, in order of making
   uint32_t m_blockUsed = 0;                         // points used in the last block
   std::vector<M2dGraphFraction*> m_fractionBlocks;  // owned blocks of fractions (new[])
   uint32_t m_fractionBlockUsed = 0;                 // fractions used in the last block
