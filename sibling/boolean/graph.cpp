@@ -138,42 +138,48 @@ void M2dGraph::ReservePoints(uint32_t count) {
     GrowSlots(size);
 }
 
-M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
+M2dGraphPoint* M2dGraph::PointNumber(uint32_t index) const {
+  return m_blocks[index / kPointsPerBlock] + index % kPointsPerBlock;
+}
+
+template <class Same>
+M2dGraph::Slot& M2dGraph::FindSlot(int32_t x, int32_t y, Same same) {
   if (m_slots.empty())
-    m_slots.assign(kFirstSlotCount, Slot{0, nullptr});
-  const uint64_t whole = PackWholeParts(x, y);
+    m_slots.assign(kFirstSlotCount, Slot{0, 0});
+  const uint64_t hash = MixBits(PackWholeParts(x, y));
+  const uint32_t tag = static_cast<uint32_t>(hash >> 32);
   const size_t mask = m_slots.size() - 1;
-  size_t i = MixBits(whole) & mask;
-  for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
-    if (m_slots[i].whole == whole && m_slots[i].point->IsInteger())
-      return m_slots[i].point;
+  size_t i = hash & mask;
+  for (; m_slots[i].number != 0; i = (i + 1) & mask) {
+    if (m_slots[i].tag != tag)
+      continue;
+    const M2dGraphPoint* p = PointNumber(m_slots[i].number - 1);
+    if (p->x == x && p->y == y && same(*p))
+      break;
   }
-  M2dGraphPoint* p = NewPoint(x, y);
-  m_slots[i] = Slot{whole, p};
+  m_slots[i].tag = tag;
+  return m_slots[i];
+}
+
+M2dGraphPoint* M2dGraph::Enter(Slot& slot, M2dGraphPoint* p) {
+  slot.number = p->index + 1;
   if (static_cast<size_t>(m_numPoints) * 4 > m_slots.size() * 3)
     GrowSlots(m_slots.size() * 2);
   return p;
 }
 
+M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
+  Slot& slot = FindSlot(x, y, [](const M2dGraphPoint& p) { return p.IsInteger(); });
+  return slot.number != 0 ? PointNumber(slot.number - 1) : Enter(slot, NewPoint(x, y));
+}
+
 M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   if (position.xFraction == 0 && position.yFraction == 0)
     return GetGridPoint(position.x, position.y);  // a crossing on the grid is a grid point
-  if (m_slots.empty())
-    m_slots.assign(kFirstSlotCount, Slot{0, nullptr});
-  const uint64_t whole = PackWholeParts(position.x, position.y);
-  const size_t mask = m_slots.size() - 1;
-  size_t i = MixBits(whole) & mask;
-  for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
-    const Slot& slot = m_slots[i];
-    if (slot.whole == whole && !slot.point->IsInteger() &&
-        kelvor_boolean::SameExactPosition(slot.point->fraction->exact, position))
-      return slot.point;
-  }
-  M2dGraphPoint* p = MakeExactPoint(position);
-  m_slots[i] = Slot{whole, p};
-  if (static_cast<size_t>(m_numPoints) * 4 > m_slots.size() * 3)
-    GrowSlots(m_slots.size() * 2);
-  return p;
+  Slot& slot = FindSlot(position.x, position.y, [&position](const M2dGraphPoint& p) {
+    return !p.IsInteger() && kelvor_boolean::SameExactPosition(p.fraction->exact, position);
+  });
+  return slot.number != 0 ? PointNumber(slot.number - 1) : Enter(slot, MakeExactPoint(position));
 }
 
 M2dGraphPoint* M2dGraph::MakeExactPoint(const ExactCoordinates& position) {
@@ -210,13 +216,14 @@ const M2dGraphFraction* M2dGraph::NewFraction(const ExactCoordinates& position) 
 void M2dGraph::GrowSlots(size_t size) {
   std::vector<Slot> old;
   old.swap(m_slots);
-  m_slots.assign(size, Slot{0, nullptr});
+  m_slots.assign(size, Slot{0, 0});
   const size_t mask = m_slots.size() - 1;
   for (const Slot& slot : old) {
-    if (slot.point == nullptr)
+    if (slot.number == 0)
       continue;
-    size_t i = MixBits(slot.whole) & mask;
-    while (m_slots[i].point != nullptr)
+    const M2dGraphPoint* p = PointNumber(slot.number - 1);
+    size_t i = MixBits(PackWholeParts(p->x, p->y)) & mask;
+    while (m_slots[i].number != 0)
       i = (i + 1) & mask;
     m_slots[i] = slot;
   }

@@ -196,9 +196,11 @@ class M2dGraph {
 
  private:
   // A slot of the open-addressing lookup table: whole parts packed in 64 bits.
+  // A slot of the open-addressing lookup table: the high half of the hash
+  // of the point's whole parts, and the point's number plus one (0: free).
   struct Slot {
-    uint64_t whole;
-    M2dGraphPoint* point;  // null: free slot
+    uint32_t tag;
+    uint32_t number;
   };
   uint32_t m_numPoints = 0;                         // points made, numbered in order of making
   std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points, in order of making
@@ -210,6 +212,12 @@ class M2dGraph {
   size_t m_lineBlock = 0;                           // block that the next line node comes from
   uint32_t m_lineBlockUsed = 0;                     // nodes used in that block
   M2dGraphPoint* NewPoint(int32_t x, int32_t y);
+  M2dGraphPoint* PointNumber(uint32_t index) const;
+  // The slot holding the point at (x, y) that `same` accepts, or the free
+  // slot where such a point goes.
+  template <class Same>
+  Slot& FindSlot(int32_t x, int32_t y, Same same);
+  M2dGraphPoint* Enter(Slot& slot, M2dGraphPoint* p);
   const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
   M2dGraphLineNode* NewLineNode();
   void GrowSlots(size_t size);
