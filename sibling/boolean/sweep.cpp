@@ -68,7 +68,8 @@ int32_t KeyY(uint64_t key) {
 // Stable LSD radix sort of the records by key. The keys are first mapped to
 // (x - least x) * (y span) + (y - least y), which keeps their order and needs
 // only as many bits as the extent of the points; those bits are sorted in
-// passes of at most 12 bits, so each pass scatters into few buckets.
+// passes of at most 10 bits, so each pass scatters into few enough buckets to
+// stay in cache (plate: 4 passes of 9 bits sort faster than 3 of 12).
 void SortByKey(std::vector<EndRecord>& records) {
   if (records.size() < 2)
     return;
@@ -86,7 +87,7 @@ void SortByKey(std::vector<EndRecord>& records) {
   };
   const uint64_t largest = compact((static_cast<uint64_t>(maxX) << 32) | maxY);
   const int bits = largest == 0 ? 0 : 64 - __builtin_clzll(largest);
-  const int passes = (bits + 11) / 12;
+  const int passes = (bits + 9) / 10;
   const int digitBits = passes == 0 ? 0 : (bits + passes - 1) / passes;
   const uint64_t mask = (static_cast<uint64_t>(1) << digitBits) - 1;
   std::vector<EndRecord> buffer(records.size());
