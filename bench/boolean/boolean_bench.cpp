@@ -34,12 +34,6 @@ struct Workload {
   bool selfCrossing;  // operands cross themselves: both sides reduce each operand to positive winding first
 };
 
-// True when KELVOR2D_BENCH_ONLY is unset or names the workload.
-bool Selected(const std::string& name) {
-  const char* only = std::getenv("KELVOR2D_BENCH_ONLY");
-  return only == nullptr || ("," + std::string(only) + ",").find("," + name + ",") != std::string::npos;
-}
-
 std::vector<Workload> MakeWorkloads() {
   std::vector<Workload> list;
   for (int n : {500, 1000}) {
@@ -130,7 +124,7 @@ void PrintComparison(const std::vector<Workload>& list) {
   std::printf("\n%-12s %-12s %9s | %9s %6s %9s | %9s %6s %9s | %8s %8s\n", "workload", "operation", "ours ms",
               "clip1 ms", "ratio", "area diff", "clip2 ms", "ratio", "area diff", "ours MB", "clip2 MB");
   for (const Workload& w : list) {
-    if (!Selected(w.name))
+    if (!comparison::Selected(w.name))
       continue;
     for (int k = 0; k < 3; ++k) {
       const Operation op = static_cast<Operation>(k);
@@ -173,7 +167,7 @@ void PrintComparison(const std::vector<Workload>& list) {
 
 void RegisterOurs(const std::vector<Workload>& list) {
   for (const Workload& w : list) {
-    if (!Selected(w.name))
+    if (!comparison::Selected(w.name))
       continue;
     for (int k = 0; k < 3; ++k) {
       const Operation op = static_cast<Operation>(k);

@@ -9,9 +9,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <string>
 
 #include "workloads.h"
 
@@ -20,6 +23,13 @@
 #endif
 
 namespace comparison {
+
+// True when KELVOR2D_BENCH_ONLY (names separated by commas) is unset or
+// names the workload.
+inline bool Selected(const std::string& name) {
+  const char* only = std::getenv("KELVOR2D_BENCH_ONLY");
+  return only == nullptr || ("," + std::string(only) + ",").find("," + name + ",") != std::string::npos;
+}
 
 // Best wall time of `runs` calls in ms; *value receives the last result.
 inline double BestOf(int runs, const std::function<double()>& run, double* value) {

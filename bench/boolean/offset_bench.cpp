@@ -26,11 +26,6 @@ struct Workload {
   int32_t distance;  // > 0 shrinks the material (grows holes); 0: remove self-crossings only
 };
 
-bool Selected(const std::string& name) {
-  const char* only = std::getenv("KELVOR2D_BENCH_ONLY");
-  return only == nullptr || ("," + std::string(only) + ",").find("," + name + ",") != std::string::npos;
-}
-
 // 4,000 squares of side 100 on a grid of pitch 1,000 (80 x 50), clockwise.
 workloads::Rings SmallSquares() {
   workloads::Rings rings;
@@ -116,7 +111,7 @@ void PrintComparison(const std::vector<Workload>& list) {
   std::printf("\n%-20s %10s | %10s %6s %9s | %8s %8s\n", "workload", "ours ms", "clip2 ms", "ratio",
               "area diff", "ours MB", "clip2 MB");
   for (const Workload& w : list) {
-    if (!Selected(w.name))
+    if (!comparison::Selected(w.name))
       continue;
     M2dOffsetter offsetter;
     offsetter.input = ClassifiedBorder(w.rings);
