@@ -153,7 +153,8 @@ void PrintComparison(const std::vector<Workload>& list) {
       const double theirMemory = -1.0;
 #endif
       const double ourMemory = comparison::PeakMegabytes([&] { RunOurs(w, op); });
-      std::printf(" %8.1f %8.1f\n", ourMemory, theirMemory);
+      std::printf(" %8s %8s\n", comparison::Megabytes(ourMemory).c_str(),
+                  comparison::Megabytes(theirMemory).c_str());
       std::fflush(stdout);
     }
   }

@@ -92,6 +92,15 @@ inline double PeakMegabytes(const std::function<void()>& run) {
   return grown < 0 ? -1.0 : grown / 1024.0;
 }
 
+// A figure of PeakMegabytes for the table: "-" when not measured.
+inline std::string Megabytes(double value) {
+  if (value < 0.0)
+    return "-";
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f", value);
+  return text;
+}
+
 #ifdef KELVOR2D_HAVE_CLIPPER2
 inline Clipper2Lib::Paths64 ToPaths64(const workloads::Rings& rings) {
   Clipper2Lib::Paths64 paths;
