@@ -2,8 +2,8 @@
 // the same run: union, intersection and difference of random-500/1000,
 // star-10000/100000 and plate with plate-shifted, with the area difference of
 // the results and the peak memory of one run of each side. Google Benchmark
-// runs our operations; the comparison table is printed after it (best of 5;
-// Clipper 1 once on star-100000, where it needs about half a minute per
+// runs our operations; the comparison table is printed after it (processor
+// time, best of 5; Clipper 1 once on star-100000, where it needs about half a minute per
 // operation). KELVOR2D_BENCH_ONLY=name,name limits the table to those workloads.
 #include <benchmark/benchmark.h>
 

@@ -4,7 +4,7 @@
 // units, the first star of `star-10000` by 1,000 units both ways, and two
 // memory cases: 4,000 small squares grown by 1e6 units into one disc, and the
 // self-crossings of a 4,001-point star polygon removed. Each row gives both
-// times (best of 5), their ratio, the area difference and the peak memory of
+// processor times (best of 5), their ratio, the area difference and the peak memory of
 // one run of each side. KELVOR2D_BENCH_ONLY=name,name limits the rows.
 #include <benchmark/benchmark.h>
 
