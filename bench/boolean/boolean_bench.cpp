@@ -1,18 +1,20 @@
-// Booleans and offsets of the standard workloads, timed against Clipper 1 in
+// Booleans of the standard workloads, timed against Clipper 1 and Clipper2 in
 // the same run: union, intersection and difference of random-500/1000,
 // star-10000/100000 and plate with plate-shifted, with the area difference of
-// the results. Google Benchmark runs our operations; the comparison table is
-// printed after it (best of 3; Clipper once on star-100000, where it needs
-// about half a minute per operation).
+// the results and the peak memory of one run of each side. Google Benchmark
+// runs our operations; the comparison table is printed after it (processor
+// time, best of 5; both Clippers once on star-100000, where Clipper 1 needs about half a minute
+// per operation). KELVOR2D_BENCH_ONLY=name,name limits the table to those workloads.
 #include <benchmark/benchmark.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <string>
 
 #include "bridges/boolean_front_ends.h"
+#include "comparison.h"
 #include "tests/support/layer_builders.h"  // LayerArea, as the tests measure results
 #include "workloads.h"
 
@@ -102,47 +104,72 @@ double RunClipper(const Workload& w, Operation op) {
 }
 #endif
 
-double BestOf(int runs, const std::function<double()>& run, double* value) {
-  double best = 1e300;
-  for (int i = 0; i < runs; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    *value = run();
-    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
-    best = std::min(best, took.count());
-  }
-  return best;
+#ifdef KELVOR2D_HAVE_CLIPPER2
+// Clipper2 with the same region; its outer paths come counter-clockwise.
+double RunClipper2(const Workload& w, Operation op) {
+  using namespace Clipper2Lib;
+  const Paths64 a = comparison::ToPaths64(w.a), b = comparison::ToPaths64(w.b);
+  const Paths64 solution = op == Operation::kUnion          ? Union(a, b, FillRule::Negative)
+                           : op == Operation::kIntersection ? Intersect(a, b, FillRule::Negative)
+                                                            : Difference(a, b, FillRule::Negative);
+  return comparison::Area64(solution);
 }
+#endif
 
+constexpr int kRuns = 5;
+
+// One row per workload and operation: ours, Clipper 1, Clipper2 (time, ratio
+// ours / theirs, area difference) and the peak memory of ours and Clipper2.
 void PrintComparison(const std::vector<Workload>& list) {
-  std::printf("\n%-14s %-13s %12s %12s %8s %14s\n", "workload", "operation", "ours [ms]", "clipper [ms]",
-              "ratio", "area diff");
+  std::printf("\n%-12s %-12s %9s | %9s %6s %9s | %9s %6s %9s | %8s %8s\n", "workload", "operation", "ours ms",
+              "clip1 ms", "ratio", "area diff", "clip2 ms", "ratio", "area diff", "ours MB", "clip2 MB");
   for (const Workload& w : list) {
+    if (!comparison::Selected(w.name))
+      continue;
     for (int k = 0; k < 3; ++k) {
       const Operation op = static_cast<Operation>(k);
       double ourArea = 0.0;
-      const double ours = BestOf(
-          3, [&] { return RunOurs(w, op); }, &ourArea);
+      const double ours = comparison::BestOf(
+          kRuns, [&] { return RunOurs(w, op); }, &ourArea);
+      std::printf("%-12s %-12s %9.2f |", w.name.c_str(), kOperationNames[k], ours);
 #ifdef KELVOR2D_HAVE_CLIPPER1
-      double theirArea = 0.0;
-      const double theirs = BestOf(
-          w.name == "star-100000" ? 1 : 3, [&] { return RunClipper(w, op); }, &theirArea);
-      std::printf("%-14s %-13s %12.1f %12.1f %8.2f %13.2e%%\n", w.name.c_str(), kOperationNames[k], ours,
-                  theirs, ours / theirs,
-                  100.0 * std::fabs(ourArea - theirArea) / std::max(std::fabs(theirArea), 1.0));
+      double area1 = 0.0;
+      const double clipper1 = comparison::BestOf(
+          w.name == "star-100000" ? 1 : kRuns, [&] { return RunClipper(w, op); }, &area1);
+      std::printf(" %9.2f %6.2f %8.1e%% |", clipper1, ours / clipper1,
+                  comparison::RelativeDifference(ourArea, area1));
 #else
-      std::printf("%-14s %-13s %12.1f %12s %8s %14s\n", w.name.c_str(), kOperationNames[k], ours, "-", "-",
-                  "-");
+      std::printf(" %9s %6s %9s |", "-", "-", "-");
 #endif
+#ifdef KELVOR2D_HAVE_CLIPPER2
+      double area2 = 0.0;
+      const double clipper2 = comparison::BestOf(
+          w.name == "star-100000" ? 1 : kRuns, [&] { return RunClipper2(w, op); }, &area2);
+      std::printf(" %9.2f %6.2f %8.1e%% |", clipper2, ours / clipper2,
+                  comparison::RelativeDifference(ourArea, area2));
+      const double theirMemory = comparison::PeakMegabytes([&] { RunClipper2(w, op); });
+#else
+      std::printf(" %9s %6s %9s |", "-", "-", "-");
+      const double theirMemory = -1.0;
+#endif
+      const double ourMemory = comparison::PeakMegabytes([&] { RunOurs(w, op); });
+      std::printf(" %8s %8s\n", comparison::Megabytes(ourMemory).c_str(),
+                  comparison::Megabytes(theirMemory).c_str());
       std::fflush(stdout);
     }
   }
 #ifndef KELVOR2D_HAVE_CLIPPER1
-  std::printf("Clipper 1 (libpolyclipping-dev) not found at build time: comparison skipped.\n");
+  std::printf("Clipper 1 (libpolyclipping-dev) not found at build time: its comparison skipped.\n");
+#endif
+#ifndef KELVOR2D_HAVE_CLIPPER2
+  std::printf("Clipper2 sources (KELVOR2D_CLIPPER2_DIR) not found at build time: its comparison skipped.\n");
 #endif
 }
 
 void RegisterOurs(const std::vector<Workload>& list) {
   for (const Workload& w : list) {
+    if (!comparison::Selected(w.name))
+      continue;
     for (int k = 0; k < 3; ++k) {
       const Operation op = static_cast<Operation>(k);
       benchmark::RegisterBenchmark((w.name + "/" + kOperationNames[k]).c_str(),

@@ -20,8 +20,12 @@ GridRing RoundedRing(M2dGraphLineNode* start) {
   GridRing ring;
   M2dGraphLineNode* n = start;
   do {
-    const ExactCoordinates e = n->line.from->Exact();
-    const GridPoint p{NearestOf(e.x, e.xFraction, e.denominator), NearestOf(e.y, e.yFraction, e.denominator)};
+    const M2dGraphPoint* q = n->line.from;
+    GridPoint p{q->x, q->y};
+    if (!q->IsInteger()) {
+      const ExactCoordinates& e = q->fraction->exact;
+      p = {NearestOf(e.x, e.xFraction, e.denominator), NearestOf(e.y, e.yFraction, e.denominator)};
+    }
     if (ring.empty() || ring.back() != p)
       ring.push_back(p);
     n = n->line.successor;

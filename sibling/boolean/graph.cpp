@@ -10,6 +10,7 @@ using kelvor_boolean::UInt128;
 
 static_assert(std::is_trivially_destructible<M2dGraphPoint>::value,
               "point blocks are released without destructors");
+static_assert(sizeof(M2dGraphPoint) == 48 && sizeof(M2dGraphLineNode) == 88, "records stay compact");
 
 namespace {
 
@@ -69,7 +70,6 @@ M2dGraph::~M2dGraph() {
 DLIST_ELEMENT<M2dGraphLine>* M2dGraph::AddLine(M2dGraphPoint* from, M2dGraphPoint* to, bool flag) {
   M2dGraphLineNode* node = NewLineNode();
   M2dGraphLine& line = node->line;
-  line.graph = this;
   line.from = from;
   line.to = to;
   line.directionX = static_cast<int64_t>(to->x) - from->x;
@@ -86,7 +86,6 @@ M2dGraphLineNode* M2dGraph::AddOpenLine(M2dGraphPoint* from, M2dGraphPoint* to, 
                                         int64_t directionY) {
   M2dGraphLineNode* node = NewLineNode();
   M2dGraphLine& line = node->line;
-  line.graph = this;
   line.from = from;
   line.to = to;
   line.directionX = directionX;
@@ -132,7 +131,6 @@ void M2dGraph::PrefetchGridPoint(int32_t x, int32_t y) const {
 }
 
 void M2dGraph::ReservePoints(uint32_t count) {
-  m_points.reserve(count);
   size_t size = m_slots.empty() ? kFirstSlotCount : m_slots.size();
   while (static_cast<size_t>(count) * 4 > size * 3)
     size *= 2;
@@ -140,42 +138,48 @@ void M2dGraph::ReservePoints(uint32_t count) {
     GrowSlots(size);
 }
 
-M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
+M2dGraphPoint* M2dGraph::PointNumber(uint32_t index) const {
+  return m_blocks[index / kPointsPerBlock] + index % kPointsPerBlock;
+}
+
+template <class Same>
+M2dGraph::Slot& M2dGraph::FindSlot(int32_t x, int32_t y, Same same) {
   if (m_slots.empty())
-    m_slots.assign(kFirstSlotCount, Slot{0, nullptr});
-  const uint64_t whole = PackWholeParts(x, y);
+    m_slots.assign(kFirstSlotCount, Slot{0, 0});
+  const uint64_t hash = MixBits(PackWholeParts(x, y));
+  const uint32_t tag = static_cast<uint32_t>(hash >> 32);
   const size_t mask = m_slots.size() - 1;
-  size_t i = MixBits(whole) & mask;
-  for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
-    if (m_slots[i].whole == whole && m_slots[i].point->IsInteger())
-      return m_slots[i].point;
+  size_t i = hash & mask;
+  for (; m_slots[i].number != 0; i = (i + 1) & mask) {
+    if (m_slots[i].tag != tag)
+      continue;
+    const M2dGraphPoint* p = PointNumber(m_slots[i].number - 1);
+    if (p->x == x && p->y == y && same(*p))
+      break;
   }
-  M2dGraphPoint* p = NewPoint(x, y);
-  m_slots[i] = Slot{whole, p};
-  if (m_points.size() * 4 > m_slots.size() * 3)
+  m_slots[i].tag = tag;
+  return m_slots[i];
+}
+
+M2dGraphPoint* M2dGraph::Enter(Slot& slot, M2dGraphPoint* p) {
+  slot.number = p->index + 1;
+  if (static_cast<size_t>(m_numPoints) * 4 > m_slots.size() * 3)
     GrowSlots(m_slots.size() * 2);
   return p;
+}
+
+M2dGraphPoint* M2dGraph::GetGridPoint(int32_t x, int32_t y) {
+  Slot& slot = FindSlot(x, y, [](const M2dGraphPoint& p) { return p.IsInteger(); });
+  return slot.number != 0 ? PointNumber(slot.number - 1) : Enter(slot, NewPoint(x, y));
 }
 
 M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   if (position.xFraction == 0 && position.yFraction == 0)
     return GetGridPoint(position.x, position.y);  // a crossing on the grid is a grid point
-  if (m_slots.empty())
-    m_slots.assign(kFirstSlotCount, Slot{0, nullptr});
-  const uint64_t whole = PackWholeParts(position.x, position.y);
-  const size_t mask = m_slots.size() - 1;
-  size_t i = MixBits(whole) & mask;
-  for (; m_slots[i].point != nullptr; i = (i + 1) & mask) {
-    const Slot& slot = m_slots[i];
-    if (slot.whole == whole && !slot.point->IsInteger() &&
-        kelvor_boolean::SameExactPosition(slot.point->fraction->exact, position))
-      return slot.point;
-  }
-  M2dGraphPoint* p = MakeExactPoint(position);
-  m_slots[i] = Slot{whole, p};
-  if (m_points.size() * 4 > m_slots.size() * 3)
-    GrowSlots(m_slots.size() * 2);
-  return p;
+  Slot& slot = FindSlot(position.x, position.y, [&position](const M2dGraphPoint& p) {
+    return !p.IsInteger() && kelvor_boolean::SameExactPosition(p.fraction->exact, position);
+  });
+  return slot.number != 0 ? PointNumber(slot.number - 1) : Enter(slot, MakeExactPoint(position));
 }
 
 M2dGraphPoint* M2dGraph::MakeExactPoint(const ExactCoordinates& position) {
@@ -191,11 +195,9 @@ M2dGraphPoint* M2dGraph::NewPoint(int32_t x, int32_t y) {
     m_blockUsed = 0;
   }
   M2dGraphPoint* p = new (m_blocks.back() + m_blockUsed++) M2dGraphPoint();
-  p->graph = this;
   p->x = x;
   p->y = y;
-  p->index = static_cast<uint32_t>(m_points.size());
-  m_points.push_back(p);
+  p->index = m_numPoints++;
   return p;
 }
 
@@ -208,21 +210,20 @@ const M2dGraphFraction* M2dGraph::NewFraction(const ExactCoordinates& position) 
   f->exact = position;
   f->xKey = FractionKey(position.xFraction, position.denominator);
   f->yKey = FractionKey(position.yFraction, position.denominator);
-  f->nearX = kelvor_boolean::ExactToDouble(position.x, position.xFraction, position.denominator);
-  f->nearY = kelvor_boolean::ExactToDouble(position.y, position.yFraction, position.denominator);
   return f;
 }
 
 void M2dGraph::GrowSlots(size_t size) {
   std::vector<Slot> old;
   old.swap(m_slots);
-  m_slots.assign(size, Slot{0, nullptr});
+  m_slots.assign(size, Slot{0, 0});
   const size_t mask = m_slots.size() - 1;
   for (const Slot& slot : old) {
-    if (slot.point == nullptr)
+    if (slot.number == 0)
       continue;
-    size_t i = MixBits(slot.whole) & mask;
-    while (m_slots[i].point != nullptr)
+    const M2dGraphPoint* p = PointNumber(slot.number - 1);
+    size_t i = MixBits(PackWholeParts(p->x, p->y)) & mask;
+    while (m_slots[i].number != 0)
       i = (i + 1) & mask;
     m_slots[i] = slot;
   }
@@ -232,9 +233,12 @@ void M2dGraph::ClearLines() {
   lines->Clear();
   m_lineBlock = 0;
   m_lineBlockUsed = 0;
-  for (M2dGraphPoint* p : m_points) {
-    p->firstOut = nullptr;
-    p->firstIn = nullptr;
+  for (size_t b = 0; b < m_blocks.size(); ++b) {
+    const uint32_t used = b + 1 < m_blocks.size() ? kPointsPerBlock : m_blockUsed;
+    for (M2dGraphPoint* p = m_blocks[b]; p != m_blocks[b] + used; ++p) {
+      p->firstOut = nullptr;
+      p->firstIn = nullptr;
+    }
   }
 }
 
@@ -253,7 +257,7 @@ void M2dGraph::ClearGraph() {
     delete[] block;
   m_fractionBlocks.clear();
   m_fractionBlockUsed = 0;
-  m_points.clear();
+  m_numPoints = 0;
   m_slots.clear();
 }
 

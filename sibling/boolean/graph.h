@@ -50,13 +50,11 @@ struct DLIST {
 using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
 
 // The exact position of a point off the grid, with keys that order it
-// before exact tests and its nearest doubles for floating-point filters.
+// before exact tests.
 struct M2dGraphFraction {
   kelvor_boolean::ExactCoordinates exact;  // the exact position
   uint64_t xKey;                           // floor(2^62 * fraction of x)
   uint64_t yKey;                           // floor(2^62 * fraction of y)
-  double nearX;                            // exact x rounded to a double
-  double nearY;                            // exact y rounded to a double
 };
 
 // A point of the graph. The lines at one position all meet in one object. The exact
@@ -65,14 +63,13 @@ struct M2dGraphFraction {
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
 // in `fraction`.
 struct M2dGraphPoint {
-  M2dGraph* graph = nullptr;                   // the graph that owns the point
+  const M2dGraphFraction* fraction = nullptr;  // exact position off the grid; null on the grid
   int32_t x = 0;                               // whole part of x (floor)
   int32_t y = 0;                               // whole part of y (floor)
   uint32_t xNumerator = 0;                     // fraction of x above the whole part
   uint32_t yNumerator = 0;                     // fraction of y above the whole part
   uint32_t denominator = 1;                    // common denominator of both fractions, >= 1
   uint32_t index = 0;                          // creation number within the graph
-  const M2dGraphFraction* fraction = nullptr;  // exact position off the grid; null on the grid
   M2dGraphLineNode* firstOut = nullptr;        // first line leaving this point
   M2dGraphLineNode* firstIn = nullptr;         // first line entering this point
 
@@ -85,8 +82,16 @@ struct M2dGraphPoint {
   uint64_t XKey() const { return fraction != nullptr ? fraction->xKey : 0; }
   uint64_t YKey() const { return fraction != nullptr ? fraction->yKey : 0; }
   // The exact position rounded to doubles (for filters only).
-  double NearX() const { return fraction != nullptr ? fraction->nearX : static_cast<double>(x); }
-  double NearY() const { return fraction != nullptr ? fraction->nearY : static_cast<double>(y); }
+  double NearX() const {
+    return fraction != nullptr
+               ? kelvor_boolean::ExactToDouble(x, fraction->exact.xFraction, fraction->exact.denominator)
+               : static_cast<double>(x);
+  }
+  double NearY() const {
+    return fraction != nullptr
+               ? kelvor_boolean::ExactToDouble(y, fraction->exact.yFraction, fraction->exact.denominator)
+               : static_cast<double>(y);
+  }
 };
 
 namespace kelvor_boolean {
@@ -120,10 +125,9 @@ inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
 
 // A directed line between two graph points.
 struct M2dGraphLine {
-  M2dGraph* graph = nullptr;      // the graph that owns the line
+  int64_t directionX = 0;         // direction on the grid, a positive multiple of to - from
   M2dGraphPoint* from = nullptr;  // start of the directed line
   M2dGraphPoint* to = nullptr;    // end of the directed line
-  int64_t directionX = 0;         // direction on the grid, a positive multiple of to - from
   int64_t directionY = 0;
   M2dGraphLineNode* nextOut = nullptr;      // next line leaving `from`
   M2dGraphLineNode* nextIn = nullptr;       // next line entering `to`
@@ -177,7 +181,7 @@ class M2dGraph {
   // table; changes no result.
   void ReservePoints(uint32_t count);
   // Number of points made so far.
-  uint32_t GetNumPoints() const { return static_cast<uint32_t>(m_points.size()); }
+  uint32_t GetNumPoints() const { return m_numPoints; }
   // Deletes all lines and points.
   void ClearGraph();
 
@@ -192,12 +196,14 @@ class M2dGraph {
 
  private:
   // A slot of the open-addressing lookup table: whole parts packed in 64 bits.
+  // A slot of the open-addressing lookup table: the high half of the hash
+  // of the point's whole parts, and the point's number plus one (0: free).
   struct Slot {
-    uint64_t whole;
-    M2dGraphPoint* point;  // null: free slot
+    uint32_t tag;
+    uint32_t number;
   };
-  std::vector<M2dGraphPoint*> m_points;             // every point by index; they live in m_blocks
-  std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points (new[])
+  uint32_t m_numPoints = 0;                         // points made, numbered in order of making
+  std::vector<M2dGraphPoint*> m_blocks;             // owned blocks of points, in order of making
   uint32_t m_blockUsed = 0;                         // points used in the last block
   std::vector<M2dGraphFraction*> m_fractionBlocks;  // owned blocks of fractions (new[])
   uint32_t m_fractionBlockUsed = 0;                 // fractions used in the last block
@@ -206,6 +212,12 @@ class M2dGraph {
   size_t m_lineBlock = 0;                           // block that the next line node comes from
   uint32_t m_lineBlockUsed = 0;                     // nodes used in that block
   M2dGraphPoint* NewPoint(int32_t x, int32_t y);
+  M2dGraphPoint* PointNumber(uint32_t index) const;
+  // The slot holding the point at (x, y) that `same` accepts, or the free
+  // slot where such a point goes.
+  template <class Same>
+  Slot& FindSlot(int32_t x, int32_t y, Same same);
+  M2dGraphPoint* Enter(Slot& slot, M2dGraphPoint* p);
   const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
   M2dGraphLineNode* NewLineNode();
   void GrowSlots(size_t size);

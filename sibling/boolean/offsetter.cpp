@@ -35,27 +35,41 @@ int32_t ClampToGrid(double v) {
   return static_cast<int32_t>(std::lround(v));
 }
 
-class RawLoop {
+// The raw offsets of all contours, one flat array of grid points with the
+// start of each loop, so that the engine can be sized before it is fed.
+class RawLoops {
  public:
+  void BeginLoop() { m_starts.push_back(m_points.size()); }
   void Add(double x, double y) {
     const GridPoint p{ClampToGrid(x), ClampToGrid(y)};
-    if (m_points.empty() || p.x != m_points.back().x || p.y != m_points.back().y)
+    if (m_points.size() == m_starts.back() || p.x != m_points.back().x || p.y != m_points.back().y)
       m_points.push_back(p);
   }
+  // Each loop of at least two points as a closed loop of lines.
   void Feed(M2dBoolean& engine) const {
-    if (m_points.size() < 2)
+    engine.ReservePoints(static_cast<uint32_t>(std::min<size_t>(m_points.size(), UINT32_MAX)));
+    for (size_t k = 0; k < m_starts.size(); ++k)
+      FeedLoop(engine, m_starts[k], k + 1 < m_starts.size() ? m_starts[k + 1] : m_points.size());
+  }
+
+ private:
+  static constexpr size_t kPrefetchAhead = 8;  // points between asking for a lookup and making it
+  std::vector<GridPoint> m_points;
+  std::vector<size_t> m_starts;  // index of the first point of each loop
+
+  void FeedLoop(M2dBoolean& engine, size_t begin, size_t end) const {
+    if (end - begin < 2)
       return;
-    M2dGraphPoint* first = engine.AddPoint(m_points[0].x, m_points[0].y);
+    M2dGraphPoint* first = engine.AddPoint(m_points[begin].x, m_points[begin].y);
     M2dGraphPoint* previous = first;
-    for (size_t i = 1; i <= m_points.size(); ++i) {
-      M2dGraphPoint* next = i < m_points.size() ? engine.AddPoint(m_points[i].x, m_points[i].y) : first;
+    for (size_t i = begin + 1; i <= end; ++i) {
+      if (i + kPrefetchAhead < end)
+        engine.PrefetchGridPoint(m_points[i + kPrefetchAhead].x, m_points[i + kPrefetchAhead].y);
+      M2dGraphPoint* next = i < end ? engine.AddPoint(m_points[i].x, m_points[i].y) : first;
       engine.AddLine(previous, next, false);
       previous = next;
     }
   }
-
- private:
-  std::vector<GridPoint> m_points;
 };
 
 std::vector<Vertex> DistinctVertices(const M3dBorderContourLong& c) {
@@ -71,7 +85,7 @@ std::vector<Vertex> DistinctVertices(const M3dBorderContourLong& c) {
 }
 
 // Arc around `center` from angle a0 over `sweep` radians, both ends included.
-void AddArc(RawLoop& loop, const Vertex& center, double a0, double sweep, const OffsetSide& s) {
+void AddArc(RawLoops& loop, const Vertex& center, double a0, double sweep, const OffsetSide& s) {
   const int count = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / s.step)));
   for (int j = 0; j <= count; ++j) {
     const double a = a0 + sweep * j / count;
@@ -86,14 +100,20 @@ void NormalOf(int64_t dx, int64_t dy, const OffsetSide& s, double* nx, double* n
   *ny = s.side * dx / length;
 }
 
-void AddJoin(RawLoop& loop, const Vertex& prev, const Vertex& cur, const Vertex& next, const OffsetSide& s) {
+struct Normal {
+  double x;
+  double y;
+};
+
+// The join at `cur` between the edge from `prev` (offset side normal a) and
+// the edge to `next` (normal b).
+void AddJoin(RawLoops& loop, const Vertex& prev, const Vertex& cur, const Vertex& next, const Normal& a,
+             const Normal& b, const OffsetSide& s) {
   const int64_t inX = cur.x - prev.x, inY = cur.y - prev.y, outX = next.x - cur.x, outY = next.y - cur.y;
   const int turn = kelvor_boolean::Orientation(prev.x, prev.y, cur.x, cur.y, next.x, next.y);
   const bool backwards =
       static_cast<kelvor_boolean::Int128>(inX) * outX + static_cast<kelvor_boolean::Int128>(inY) * outY < 0;
-  double ax, ay, bx, by;
-  NormalOf(inX, inY, s, &ax, &ay);
-  NormalOf(outX, outY, s, &bx, &by);
+  const double ax = a.x, ay = a.y, bx = b.x, by = b.y;
   if (turn == 0 && !backwards) {
     loop.Add(cur.x + s.radius * ax, cur.y + s.radius * ay);
     return;
@@ -115,23 +135,31 @@ void AddJoin(RawLoop& loop, const Vertex& prev, const Vertex& cur, const Vertex&
   loop.Add(cur.x + s.radius * bx, cur.y + s.radius * by);
 }
 
-RawLoop RawOffset(const std::vector<Vertex>& v, const OffsetSide& s) {
-  RawLoop loop;
+// Appends the raw offset of the ring v as one loop; `normals` is scratch.
+void AddRawOffset(RawLoops& loops, const std::vector<Vertex>& v, const OffsetSide& s,
+                  std::vector<Normal>& normals) {
+  loops.BeginLoop();
   if (v.size() == 1) {
-    AddArc(loop, v[0], 0.0, -s.side * 2.0 * kPiHere, s);
-    return loop;
+    AddArc(loops, v[0], 0.0, -s.side * 2.0 * kPiHere, s);
+    return;
   }
   const size_t n = v.size();
-  for (size_t i = 0; i < n; ++i)
-    AddJoin(loop, v[(i + n - 1) % n], v[i], v[(i + 1) % n], s);
-  return loop;
+  normals.resize(n);
+  for (size_t i = 0; i < n; ++i) {
+    const Vertex& from = v[i];
+    const Vertex& to = v[(i + 1) % n];
+    NormalOf(to.x - from.x, to.y - from.y, s, &normals[i].x, &normals[i].y);
+  }
+  for (size_t i = 0; i < n; ++i) {
+    const size_t before = (i + n - 1) % n;
+    AddJoin(loops, v[before], v[i], v[(i + 1) % n], normals[before], normals[i], s);
+  }
 }
 
-void FeedAsIs(M2dBoolean& engine, const std::vector<Vertex>& v) {
-  RawLoop loop;
+void AddAsIs(RawLoops& loops, const std::vector<Vertex>& v) {
+  loops.BeginLoop();
   for (const Vertex& p : v)
-    loop.Add(static_cast<double>(p.x), static_cast<double>(p.y));
-  loop.Feed(engine);
+    loops.Add(static_cast<double>(p.x), static_cast<double>(p.y));
 }
 
 }  // namespace
@@ -147,6 +175,8 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
   s.radius = std::fabs(static_cast<double>(distance));
   s.side = distance < 0 ? 1 : -1;
   s.step = s.radius > kChordError ? 2.0 * std::acos(1.0 - kChordError / s.radius) : kPiHere;
+  RawLoops loops;
+  std::vector<Normal> normals;
   for (const M3dBorderContourLong& c : input) {
     if (!c.GetIsClosed())
       continue;
@@ -157,11 +187,12 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
     if (flat && !(c.GetIsOuterContour() && distance < 0))
       continue;
     if (distance == 0) {
-      FeedAsIs(engine, v);
+      AddAsIs(loops, v);
     } else {
-      RawOffset(v, s).Feed(engine);
+      AddRawOffset(loops, v, s, normals);
     }
   }
+  loops.Feed(engine);
   engine.SplitClassifyAndFilter(0, 32767);
   kelvor_boolean::AppendRings(engine, m_result);
 }

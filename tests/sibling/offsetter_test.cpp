@@ -76,8 +76,9 @@ TEST(Offsetter, GrowingAndShrinkingASquare) {
 }
 
 TEST(Offsetter, RoundJoinsKeepTheChordErrorAndHolesShrink) {
-  // A point grows into a disc whose points all lie at the radius (rounded).
-  for (int32_t radius : {1, 3, 40, 100000}) {
+  // A point grows into a disc whose points all lie at the radius (rounded),
+  // no more of them than the half-unit chord rule needs.
+  for (int32_t radius : {1, 3, 40, 100000, 1000000}) {
     M2dOffsetter disc;
     AddRing(disc.input, {{500, 700}});
     disc.CreateOffset(-radius);
@@ -89,6 +90,8 @@ TEST(Offsetter, RoundJoinsKeepTheChordErrorAndHolesShrink) {
     // The sag between neighbouring points stays within half a unit (plus rounding).
     const double area = TotalArea(*disc.result);
     EXPECT_GT(area, kPi * radius * radius - 2.0 * kPi * radius * 1.25) << radius;
+    const double chordStep = 2.0 * std::acos(1.0 - 0.5 / radius);
+    EXPECT_LE(disc.result->GetFirstContour()->GetNumPoints(), std::ceil(2.0 * kPi / chordStep)) << radius;
   }
   // Two points grow into a bar with round ends.
   M2dOffsetter bar;
