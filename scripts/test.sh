@@ -19,7 +19,7 @@ cmake --build "$out/release" -j "$jobs"
 (cd "$out/release" && ctest --output-on-failure -j "$jobs" --timeout 300)
 
 step "sanitizer build (address, undefined, leaks)"
-san="-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer"
+san="-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer"
 cmake -S "$root" -B "$out/sanitize" -DCMAKE_BUILD_TYPE=Debug -DKELVOR2D_BUILD_TESTS=ON \
   -DKELVOR2D_BUILD_EXAMPLES=ON -DCMAKE_CXX_FLAGS="$san -O1" -DCMAKE_EXE_LINKER_FLAGS="$san"
 cmake --build "$out/sanitize" -j "$jobs"

@@ -1,8 +1,10 @@
 #include "road.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <sstream>
 #include <vector>
 
@@ -64,6 +66,30 @@ double MaterialArea(const CONTOUR_LAYER& layer) {
     area += (c->Outer != 0 ? 1.0 : -1.0) * std::fabs(sum);
   }
   return area;
+}
+
+// Reads a persisted layer and unifies it into a region (contours that do not
+// overlap), which the boolean operations and the hatching take as given.
+bool ReadRegion(const std::string& path, CONTOUR_LAYER& layer, std::string& error) {
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) {
+    error = "cannot read layer '" + path + "': not a file";
+    return false;
+  }
+  MSaxContourLayer handler(&layer, nullptr);
+  MSAXReader reader;
+  if (!reader.ReadFile(path, handler)) {
+    error = "cannot read layer '" + path + "': " + reader.GetError();
+    return false;
+  }
+  AU::BooleanUnify(layer, 0);
+  return true;
+}
+
+// Whole square millimetres for the step table, held to the int64_t range.
+int64_t WholeMm2(double mm2) {
+  constexpr double kLimit = 9.2e18;
+  return static_cast<int64_t>(std::max(-kLimit, std::min(kLimit, mm2)));
 }
 
 int64_t CrossingCount(const TABEL& table, int64_t& columns) {
@@ -133,14 +159,9 @@ bool Road::LoadLayer(std::string& error) {
   Timed(m_Options.input.empty() ? "build the sample part" : "read " + m_Options.input, [&](StepRecord& r) {
     if (m_Options.input.empty()) {
       BuildSamplePart(m_Part, m_Options.unitsPerMm);
-    } else {
-      MSaxContourLayer handler(&m_Part, nullptr);
-      MSAXReader reader;
-      if (!reader.ReadFile(m_Options.input, handler)) {
-        error = "cannot read layer '" + m_Options.input + "': " + reader.GetError();
-        ok = false;
-        return;
-      }
+    } else if (!ReadRegion(m_Options.input, m_Part, error)) {
+      ok = false;
+      return;
     }
     m_Part.BEPAAL_EXTREMA();
     r.counts = Describe({{"contours", m_Part.NumContours}, {"points", PointCount(m_Part)}});
@@ -185,8 +206,8 @@ void Road::OffsetAndBoolean() {
     AU::BooleanSubtract(m_Part, m_Bar, m_Boolean, nullptr);
     const double mm2 = 1.0 / (m_Options.unitsPerMm * m_Options.unitsPerMm);
     r.counts = Describe({{"contours", m_Boolean.NumContours},
-                         {"mm2 before", static_cast<int64_t>(MaterialArea(m_Part) * mm2)},
-                         {"mm2 after", static_cast<int64_t>(MaterialArea(m_Boolean) * mm2)}});
+                         {"mm2 before", WholeMm2(MaterialArea(m_Part) * mm2)},
+                         {"mm2 after", WholeMm2(MaterialArea(m_Boolean) * mm2)}});
     r.lengthMm = Mm(ContourLength(m_Boolean));
   });
 }
@@ -269,8 +290,8 @@ bool Road::RenderCoverage(std::string& error) {
     const double area = covered / 255.0 * pixelMm * pixelMm;
     const double exact = MaterialArea(m_Part) / (m_Options.unitsPerMm * m_Options.unitsPerMm);
     std::ostringstream counts;
-    counts << size << "x" << size << " px, " << static_cast<int64_t>(area) << " mm2 by pixels, "
-           << static_cast<int64_t>(exact) << " mm2 exact";
+    counts << size << "x" << size << " px, " << WholeMm2(area) << " mm2 by pixels, " << WholeMm2(exact)
+           << " mm2 exact";
     r.counts = counts.str();
     if (!WriteGreyPng(m_Options.outputDir + "/coverage.png", bitmap.data(), size, size)) {
       error = "cannot write " + m_Options.outputDir + "/coverage.png";
@@ -324,8 +345,8 @@ bool Road::WritePicture(std::string& error) {
       {"meander and no-switch meander",
        {{&m_Meander, "#9467bd", "meander, type 4"}, {&m_NoSwitch, "#ff7f0e", "no-switch meander, type 5"}}},
       {angled.str(), {{&m_Angled, "#17becf", "free angle, type 6"}}}};
-  SvgPicture svg(m_Part.MinX - Units(1.0), m_Part.MinY - Units(1.0), m_Part.MaxX + Units(1.0),
-                 m_Part.MaxY + Units(1.0), 3);
+  const double margin = Units(1.0);
+  SvgPicture svg(m_Part.MinX - margin, m_Part.MinY - margin, m_Part.MaxX + margin, m_Part.MaxY + margin, 3);
   for (const Panel& panel : panels) {
     svg.BeginPanel(panel.title);
     svg.AddContours(m_Part, "#222222", "contours");

@@ -83,9 +83,9 @@ TEST(Convertor, WorkedExamplesOnSixBySix) {
 }
 
 TEST(Convertor, GuardedArgumentsWriteNothing) {
-  const Rings square = {Rectangle(15, 15, 35, 35, true)};
+  const Rings square = {Rectangle(-35, -35, -15, -15, true)};  // off the bitmap: only mirrored onto it
   for (double size :
-       {0.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+       {0.0, -60.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
     EXPECT_EQ(Render(square, 6, 6, size, 60.0), Bytes(36, kDirt)) << "sizeX " << size;
     EXPECT_EQ(Render(square, 6, 6, 60.0, size), Bytes(36, kDirt)) << "sizeY " << size;
   }

@@ -103,5 +103,20 @@ TEST(Demo, BadInputGivesExitCodeTwo) {
   EXPECT_EQ(RunDemo("--input " + dir + "/missing.xml --output " + dir), 2);
   std::ofstream(dir + "/broken.xml") << "<Contours><Contour>";
   EXPECT_EQ(RunDemo("--input " + dir + "/broken.xml --output " + dir), 2);
+  EXPECT_EQ(RunDemo("--input " + dir + " --output " + dir), 2);  // a directory
+  EXPECT_EQ(RunDemo("--units-per-mm 1e-300 --output " + dir), 2);
+  EXPECT_EQ(RunDemo("--units-per-mm 1000000 --distance 1000 --output " + dir), 2);
   EXPECT_EQ(RunDemo("--help"), 0);
+}
+
+TEST(Demo, OverlappingContoursAreUnifiedOnReading) {
+  const std::string dir = TempDir("overlap");
+  const std::string contour =
+      "<Contour><Type>1</Type><Closed>1</Closed><Outer>1</Outer><RightHanded>1</RightHanded><Points>"
+      "<Dim>2</Dim><DataType>long</DataType><Count>4</Count>"
+      "<Data>AAAAAAAAAAAAAAAAMgAAAGQAAAAyAAAAZAAAAAAAAAA=</Data></Points></Contour>";
+  std::ofstream(dir + "/twice.xml") << "<Contours>" << contour << contour << "</Contours>";
+  ASSERT_EQ(RunDemo("--input " + dir + "/twice.xml --output " + dir + "/out --bitmap-size 16"), 0);
+  const std::string written = ReadFile(dir + "/out/layer.xml");
+  EXPECT_EQ(written.find("<Contour>"), written.rfind("<Contour>")) << written;
 }
