@@ -89,7 +89,11 @@ void MContourYSplittedPart::Activate() {
 }
 
 bool MContourYSplittedPart::IncrementWorkingY() {
-  workingY = workingY + 1;
+  return AdvanceWorkingYTo(workingY + 1);
+}
+
+bool MContourYSplittedPart::AdvanceWorkingYTo(int32_t row) {
+  workingY = row;
   leftRightValid = false;
   while (_GetNextItWorkingY() < workingY) {
     itWorking = itNextWorking;

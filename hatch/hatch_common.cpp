@@ -156,7 +156,10 @@ bool CrossCheckPasses(TABEL*& cursor, int32_t xp, int32_t yp, int32_t x, int32_t
 
 void DrawMeanderRound(MeanderPath& path, TABEL** checkCursor, int32_t connectDistance, int32_t x,
                       int32_t entryY, int32_t exitY) {
-  bool connect = WithinConnectDistance(path.previousX, path.previousY, x, entryY, connectDistance);
+  // The first round has no previous run: its far-off stand-in point must not be
+  // joined, also where the 32-bit differences to it wrap and come out short.
+  bool connect = path.coordinates.Count() > 0 &&
+                 WithinConnectDistance(path.previousX, path.previousY, x, entryY, connectDistance);
   if (connect && checkCursor != nullptr) {
     connect = CrossCheckPasses(*checkCursor, path.previousX, path.previousY, x, entryY);
   }

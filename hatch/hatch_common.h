@@ -169,7 +169,7 @@ struct MeanderPath {
 
 // One round of a consuming meander at column x: the connection from the
 // previous point to (x, entryY) when close enough and, with a check cursor,
-// not blocked; then the run (x, entryY)-(x, exitY), which becomes the previous
+// not blocked, never in the first round; then the run (x, entryY)-(x, exitY), which becomes the previous
 // point; then growth when the array cannot hold another round.
 void DrawMeanderRound(MeanderPath& path, TABEL** checkCursor, int32_t connectDistance, int32_t x,
                       int32_t entryY, int32_t exitY);
