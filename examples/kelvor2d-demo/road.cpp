@@ -92,6 +92,15 @@ int64_t WholeMm2(double mm2) {
   return static_cast<int64_t>(std::max(-kLimit, std::min(kLimit, mm2)));
 }
 
+// The grid line at or below `least`: the grid of multiples of `distance` made
+// to start at the part, so that a part far from the origin gets no columns in
+// between (held above the table's head sentinel).
+int32_t GridStartAtOrBelow(int32_t least, int32_t distance) {
+  const int64_t k =
+      least >= 0 ? least / distance : -((-static_cast<int64_t>(least) + distance - 1) / distance);
+  return static_cast<int32_t>(std::max<int64_t>(k * distance, INT32_MIN + 1));
+}
+
 int64_t CrossingCount(const TABEL& table, int64_t& columns) {
   int64_t crossings = 0;
   columns = 0;
@@ -214,6 +223,8 @@ void Road::OffsetAndBoolean() {
 
 void Road::BuildTables() {
   Timed("X and Y tables with extra grid lines", [&](StepRecord& r) {
+    m_Parameters.XHatchShift = GridStartAtOrBelow(m_Part.MinX, m_Parameters.XHatchDistance);
+    m_Parameters.YHatchShift = GridStartAtOrBelow(m_Part.MinY, m_Parameters.YHatchDistance);
     m_Part.Y_ARCEER_LAAG(&m_YTable, m_Parameters, nullptr);
     EXTRA_GRID_LIJNEN(&m_ExtraX, m_YTable, m_Parameters.XHatchShift, m_Parameters.XHatchDistance);
     m_Part.X_ARCEER_LAAG(&m_XTable, m_Parameters, &m_ExtraX);

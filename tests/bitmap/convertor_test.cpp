@@ -99,6 +99,16 @@ TEST(Convertor, GuardedArgumentsWriteNothing) {
   nothing.Operate();  // no bitmap: nothing happens
 }
 
+// A shape reaching far below the bitmap is swept up to it at once and renders
+// like its part on the bitmap.
+TEST(Convertor, ShapesFromFarBelowTheBitmap) {
+  const Bytes expected = Render({Rectangle(15, 0, 35, 35, true)}, 6, 6, 60.0, 60.0);
+  EXPECT_EQ(Render({Rectangle(15, -2000000000, 35, 35, true)}, 6, 6, 60.0, 60.0), expected);
+  EXPECT_EQ(Render({Rectangle(15, 0, 35, 35, true), Rectangle(-99, -2147483000, -9, -2000000000, true)}, 6, 6,
+                   60.0, 60.0),
+            expected);
+}
+
 TEST(Convertor, HolesAndIslandsRenderTheSameEitherWayRound) {
   const Rings right = {Rectangle(0, 0, 60, 60, true),
                        Rectangle(15, 15, 35, 35, false),
