@@ -104,7 +104,7 @@ TEST_F(MHatcherTest, VectorsStayInsideTheMaterialAtTheEndsOfTheGrid) {
       {"triangle over +-1.2e9",
        {{-1200000000, -1200000000}, {0, 1200000000}, {1200000000, -1200000000}},
        400000000},
-      {"square up to INT32_MAX - 10", Rectangle(0, 0, 1000, INT32_MAX - 10, true), 300},
+      {"square up to INT32_MAX - 10", Rectangle(0, 0, 1000, INT32_MAX - 10, true), 300000000},
   };
   for (const auto& c : cases) {
     layer.Clear();
