@@ -4,6 +4,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "geometry/grid_arithmetic.h"
+
 namespace {
 
 // 1 + 2^-52: a value one step under a whole number counts as that number.
@@ -115,14 +117,7 @@ double MContourYSplittedPart::_GetItWorkingDoubleX(ConstPosition position) const
 }
 
 int32_t MContourYSplittedPart::_SafeRound(double v) {
-  const double rounded = std::floor(v * kSafeRoundingFactor);
-  if (std::isnan(rounded))
-    return 0;
-  if (rounded <= -2147483648.0)
-    return INT32_MIN;
-  if (rounded >= 2147483647.0)
-    return INT32_MAX;
-  return Truncate(rounded);
+  return kelvor2d_detail::TruncateClamped(std::floor(v * kSafeRoundingFactor));
 }
 
 template <class Visit>

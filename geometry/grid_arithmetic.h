@@ -36,6 +36,18 @@ inline int32_t TruncateClamped(float v) {
   return static_cast<int32_t>(v);
 }
 
+// Truncation toward zero of a double that may lie beyond the 32-bit range:
+// clamped to INT32_MIN..INT32_MAX, NaN gives 0.
+inline int32_t TruncateClamped(double v) {
+  if (!(v == v))
+    return 0;
+  if (v >= 2147483647.0)
+    return INT32_MAX;
+  if (v <= -2147483648.0)
+    return INT32_MIN;
+  return static_cast<int32_t>(v);
+}
+
 // Rounding half away from zero of a double that may lie beyond the 32-bit
 // range: clamped to INT32_MIN..INT32_MAX, NaN gives 0.
 inline int32_t RoundClamped(double v) {

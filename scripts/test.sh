@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The whole test suite: a warnings-as-errors build with ctest, the same under
-# AddressSanitizer + UndefinedBehaviorSanitizer with leak checking, a consumer
-# project built against the installed package, and a short fuzzing run of the
-# layer reader. Exits non-zero on the first failure.
+# AddressSanitizer + UndefinedBehaviorSanitizer (float-cast-overflow included)
+# with leak checking, a consumer project built against the installed package,
+# and a short run of every fuzzer. Exits non-zero on the first failure.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 out=${KELVOR2D_TEST_DIR:-$root/build-test}
