@@ -16,8 +16,10 @@ constexpr double kFullPixel = kBitmapFullPixel;
 // Added before truncation: to the nearest grey level.
 constexpr double kRoundingHalf = 0.5;
 
-bool IsUsableDivisor(double v) {
-  return std::isfinite(v) && v != 0.0;
+// A size or unit that scales the contours onto the bitmap: positive and
+// finite (a negative one would mirror shapes off the bitmap onto it).
+bool IsUsableScale(double v) {
+  return std::isfinite(v) && v > 0.0;
 }
 
 }  // namespace
@@ -48,8 +50,8 @@ MContours2BitmapConvertor::MContours2BitmapConvertor(unsigned char* pixels, int3
       border(source) {}
 
 bool MContours2BitmapConvertor::_CanRender() const {
-  return bitmap != nullptr && width >= 1 && height >= 1 && IsUsableDivisor(sizeX) && IsUsableDivisor(sizeY) &&
-         IsUsableDivisor(Kelvor::Common::MInternalUnits::Get());
+  return bitmap != nullptr && width >= 1 && height >= 1 && IsUsableScale(sizeX) && IsUsableScale(sizeY) &&
+         IsUsableScale(Kelvor::Common::MInternalUnits::Get());
 }
 
 void MContours2BitmapConvertor::Operate() {

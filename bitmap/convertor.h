@@ -36,8 +36,8 @@ class MContours2BitmapConvertor {
 
   // Erases the bitmap, cleans and orients the border, and renders it. Writes
   // nothing at all (not even the erase) when the bitmap is null, width or
-  // height is below 1, or MInternalUnits::Get(), sizeX or sizeY is zero or not
-  // finite. Contours whose lowest row is height or more leave the bitmap erased.
+  // height is below 1, or MInternalUnits::Get(), sizeX or sizeY is not
+  // positive or not finite. Contours whose lowest row is height or more leave the bitmap erased.
   // Call it once: a second call would count every contour twice.
   void Operate();
   // Sets width x height bytes to 0; nothing for a null bitmap or a size below 1.

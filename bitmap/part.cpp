@@ -4,6 +4,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "geometry/grid_arithmetic.h"
+
 namespace {
 
 // 1 + 2^-52: a value one step under a whole number counts as that number.
@@ -89,7 +91,11 @@ void MContourYSplittedPart::Activate() {
 }
 
 bool MContourYSplittedPart::IncrementWorkingY() {
-  workingY = workingY + 1;
+  return AdvanceWorkingYTo(workingY + 1);
+}
+
+bool MContourYSplittedPart::AdvanceWorkingYTo(int32_t row) {
+  workingY = row;
   leftRightValid = false;
   while (_GetNextItWorkingY() < workingY) {
     itWorking = itNextWorking;
@@ -111,14 +117,7 @@ double MContourYSplittedPart::_GetItWorkingDoubleX(ConstPosition position) const
 }
 
 int32_t MContourYSplittedPart::_SafeRound(double v) {
-  const double rounded = std::floor(v * kSafeRoundingFactor);
-  if (std::isnan(rounded))
-    return 0;
-  if (rounded <= -2147483648.0)
-    return INT32_MIN;
-  if (rounded >= 2147483647.0)
-    return INT32_MAX;
-  return Truncate(rounded);
+  return kelvor2d_detail::TruncateClamped(std::floor(v * kSafeRoundingFactor));
 }
 
 template <class Visit>

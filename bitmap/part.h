@@ -68,6 +68,9 @@ class MContourYSplittedPart {
   void Activate();
   // One row up; false once the part no longer reaches the new row.
   bool IncrementWorkingY();
+  // Up to `row` (not below the working row) at once, where IncrementWorkingY
+  // would step there row by row to the same state; false as IncrementWorkingY.
+  bool AdvanceWorkingYTo(int32_t row);
   int32_t GetWorkingY() const { return workingY; }
   double GetFirstYPos() const { return points.front().y; }
   double GetLastYPos() const { return points.back().y; }

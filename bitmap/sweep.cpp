@@ -1,5 +1,7 @@
 #include "bitmap/sweep.h"
 
+#include <algorithm>
+
 #include "sibling/units/internal_units.h"
 
 namespace {
@@ -185,14 +187,26 @@ void MContour2BitmapLineSweep::ZeroY() {
   activeParts.clear();
   nextPart = totalParts.begin();
   _ActivatePartsOfRow();
-  while (outputRow > yPosition)
-    _IncrementY();
+  _AdvanceTo(outputRow);
 }
 
 void MContour2BitmapLineSweep::_IncrementY() {
-  yPosition = yPosition + 1;
+  _AdvanceTo(yPosition + 1);
+}
+
+void MContour2BitmapLineSweep::_AdvanceTo(int32_t row) {
+  while (yPosition < row) {
+    int32_t next = row;  // the next row where a part starts, or `row`
+    if (nextPart != totalParts.end() && nextPart->GetLowestYPixel() < next)
+      next = std::max(nextPart->GetLowestYPixel(), yPosition + 1);
+    _StepTo(next);
+  }
+}
+
+void MContour2BitmapLineSweep::_StepTo(int32_t row) {
+  yPosition = row;
   for (ActiveList::iterator entry = activeParts.begin(); entry != activeParts.end();) {
-    if ((*entry)->IncrementWorkingY()) {
+    if ((*entry)->AdvanceWorkingYTo(row)) {
       ++entry;
     } else {
       _RemoveFromActiveList(entry);
@@ -203,8 +217,7 @@ void MContour2BitmapLineSweep::_IncrementY() {
 
 void MContour2BitmapLineSweep::IncrementY() {
   outputRow = outputRow + 1;
-  while (outputRow > yPosition)
-    _IncrementY();
+  _AdvanceTo(outputRow);
 }
 
 void MContour2BitmapLineSweep::_CreateBorderFromContours(Border& border, CONTOUR const* contours,

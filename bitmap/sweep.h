@@ -66,6 +66,12 @@ class MContour2BitmapLineSweep {
   // Removes the entry; position moves to the entry after it.
   void _RemoveFromActiveList(ActiveList::iterator& position);
   void _IncrementY();
+  // Brings the sweep's row up to `row`, where _IncrementY would step there row
+  // by row to the same state: across rows where no part starts in one step,
+  // so that parts far below the bitmap cost no time per row.
+  void _AdvanceTo(int32_t row);
+  // One step of _AdvanceTo: active parts up to `row`, then the parts that start there.
+  void _StepTo(int32_t row);
   // A border of `count` contours of the chain, outer ones with positive area.
   void _CreateBorderFromContours(Border& border, CONTOUR const* contours, int32_t count);
 

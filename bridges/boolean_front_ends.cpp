@@ -126,7 +126,8 @@ bool AU::BooleanRemoveSelfIntersections(CONTOUR_LAYER& layer) {
 void CONTOUR_LAYER::OFFSET_LAAG(CONTOUR_LAYER& source, int32_t distance) {
   M2dOffsetter offsetter;
   M3dBorder2LayerConvertor::_Convert(source, offsetter.input);
-  offsetter.CreateOffset(-distance);
+  // -INT32_MIN does not exist: that distance is taken as -INT32_MAX.
+  offsetter.CreateOffset(distance == INT32_MIN ? INT32_MAX : -distance);
   M3dBorder2LayerConvertor::_Convert(*offsetter.result, *this);
   offsetter.Clear();
   offsetter.input.MakeEmpty();

@@ -17,15 +17,20 @@ struct M2DBooleanOptions {
 };
 
 // a united with b into result (which may be a or b). Always true. The result
-// extents are left as the emptying left them.
+// extents are left as the emptying left them. Each operand must be a region:
+// contours that do not overlap one another (BooleanUnify(layer, 0) makes one
+// of any layer). Where an operand's own contours overlap, the area counts
+// twice and the result is not the set operation.
 bool BooleanUnite(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
                   M2DBooleanOptions* options);
 // a intersected with b. If either has no contours, result is emptied
-// (LEEG_LAAG) and no engine is built. Always true.
+// (LEEG_LAAG) and no engine is built. Always true. Operands as for
+// BooleanUnite: a region each.
 bool BooleanIntersect(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
                       M2DBooleanOptions* options);
 // a minus b. If a has no contours, result is emptied and no engine is built;
-// an empty b gives a as the engine redraws it. Always true.
+// an empty b gives a as the engine redraws it. Always true. Operands as for
+// BooleanUnite: a region each.
 bool BooleanSubtract(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
                      M2DBooleanOptions* options);
 // In place: the region covered by more than `level` contours (low 16 bits,

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "layer/values.h"
+
 namespace kelvor2d_detail {
 
 // a - b, wrapped to 32 bits.
@@ -33,5 +35,107 @@ inline int32_t TruncateClamped(float v) {
     return INT32_MIN;
   return static_cast<int32_t>(v);
 }
+
+// Truncation toward zero of a double that may lie beyond the 32-bit range:
+// clamped to INT32_MIN..INT32_MAX, NaN gives 0.
+inline int32_t TruncateClamped(double v) {
+  if (!(v == v))
+    return 0;
+  if (v >= 2147483647.0)
+    return INT32_MAX;
+  if (v <= -2147483648.0)
+    return INT32_MIN;
+  return static_cast<int32_t>(v);
+}
+
+// Rounding half away from zero of a double that may lie beyond the 32-bit
+// range: clamped to INT32_MIN..INT32_MAX, NaN gives 0.
+inline int32_t RoundClamped(double v) {
+  if (!(v == v))
+    return 0;
+  if (v >= 2147483647.5)
+    return INT32_MAX;
+  if (v <= -2147483648.5)
+    return INT32_MIN;
+  return Round(v);
+}
+
+// A wide value held to the 32-bit range (widened sums that a 32-bit field
+// must take): below INT32_MIN gives INT32_MIN, above INT32_MAX gives INT32_MAX.
+inline int32_t Clamp32(int64_t v) {
+  return v < INT32_MIN ? INT32_MIN : v > INT32_MAX ? INT32_MAX : static_cast<int32_t>(v);
+}
+
+// The least multiple of `distance` (non-zero) not below `least`, in 64 bits:
+// near the ends of the range it may lie beyond 32 bits.
+inline int64_t FirstMultipleNotBelow(int32_t distance, int32_t least) {
+  int64_t q = static_cast<int64_t>(least) / distance;
+  if (q * distance < least)
+    ++q;
+  return q * distance;
+}
+
+// The crossing of the edge (p0, s0)-(p1, s1), p0 != p1, with the grid line at
+// primary coordinate c, as scan conversion and the hatch sweep compute it: in
+// single precision, slope = float(s1 - s0) / float(p1 - p0) of the 32-bit
+// differences, intercept = float(s0) - float(p0) * slope, the crossing
+// c * slope + intercept rounded half away from zero. Two guards keep every
+// crossing on the edge, where the float steps would leave it:
+// - an edge whose primary or secondary extent does not fit in 32 bits (the
+//   difference would wrap and turn the slope) is crossed exactly, in integers,
+//   rounded half away from zero;
+// - a float crossing beyond the edge's own secondary extent (float rounding at
+//   coordinates of 2^24 and more, or a value past the 32-bit range) is held at
+//   the nearer end of the edge.
+// Neither changes a crossing that the float steps put on the edge.
+class EdgeCrossing {
+ public:
+  EdgeCrossing(int32_t p0, int32_t s0, int32_t p1, int32_t s1)
+      : slope_(static_cast<float>(Sub32(s1, s0)) / static_cast<float>(Sub32(p1, p0))),
+        intercept_(static_cast<float>(s0) - static_cast<float>(p0) * slope_),
+        p0_(p0),
+        s0_(s0),
+        least_(s0 < s1 ? s0 : s1),
+        greatest_(s0 < s1 ? s1 : s0),
+        primarySpan_(static_cast<int64_t>(p1) - p0),
+        secondarySpan_(static_cast<int64_t>(s1) - s0),
+        exact_(!FitsIn32(primarySpan_) || !FitsIn32(secondarySpan_)) {}
+
+  int32_t At(int32_t c) const { return exact_ ? ExactAt(c) : FloatAt(c); }
+
+ private:
+  static bool FitsIn32(int64_t v) { return v >= INT32_MIN && v <= INT32_MAX; }
+
+  int32_t FloatAt(int32_t c) const {
+    const float v = static_cast<float>(c) * slope_ + intercept_;
+    if (v < -2147483648.0f)
+      return least_;
+    if (v >= 2147483648.0f)
+      return greatest_;
+    const int32_t s = Round(v);
+    return s < least_ ? least_ : s > greatest_ ? greatest_ : s;
+  }
+
+  int32_t ExactAt(int32_t c) const {
+    const __int128 numerator = static_cast<__int128>(static_cast<int64_t>(c) - p0_) * secondarySpan_;
+    const __int128 magnitude = numerator < 0 ? -numerator : numerator;
+    const int64_t divisor = primarySpan_ < 0 ? -primarySpan_ : primarySpan_;
+    int64_t q = static_cast<int64_t>(magnitude / divisor);
+    if (2 * (magnitude % divisor) >= divisor)
+      ++q;
+    const bool negative = (numerator < 0) != (primarySpan_ < 0);
+    return static_cast<int32_t>(s0_ + (negative ? -q : q));
+  }
+
+  float slope_;
+  float intercept_;
+  int32_t p0_;
+  int32_t s0_;
+  int32_t least_;  // secondary extent of the edge
+  int32_t greatest_;
+  int64_t primarySpan_;    // p1 - p0, exact
+  int64_t secondarySpan_;  // s1 - s0, exact
+  bool exact_;             // an extent beyond 32 bits: integer crossings
+};
 
 }  // namespace kelvor2d_detail

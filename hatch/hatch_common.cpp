@@ -11,9 +11,9 @@ namespace {
 // The connecting line's y at column c: single precision, product before
 // quotient, truncated, then yp added as an integer.
 int32_t ConnectionYAt(int32_t c, int32_t xp, int32_t yp, int32_t x, int32_t y) {
-  const float along = static_cast<float>(WrappingDifference(c, xp));
-  const float rise = static_cast<float>(WrappingDifference(y, yp));
-  const float run = static_cast<float>(WrappingDifference(x, xp));
+  const float along = static_cast<float>(Sub32(c, xp));
+  const float rise = static_cast<float>(Sub32(y, yp));
+  const float run = static_cast<float>(Sub32(x, xp));
   const float product = along * rise;
   const float quotient = product / run;
   return static_cast<int32_t>(static_cast<uint32_t>(Truncate(quotient)) + static_cast<uint32_t>(yp));
@@ -126,8 +126,8 @@ UnlinkResult UnlinkPair(L_LIST* list, L_LIST* pair) {
 
 bool WithinConnectDistance(int32_t previousX, int32_t previousY, int32_t x, int32_t y,
                            int32_t connectDistance) {
-  const double dx = WrappingDifference(previousX, x);
-  const double dy = WrappingDifference(previousY, y);
+  const double dx = Sub32(previousX, x);
+  const double dy = Sub32(previousY, y);
   const double limit = static_cast<double>(connectDistance) * static_cast<double>(connectDistance);
   return limit > dx * dx + dy * dy;
 }
@@ -156,7 +156,10 @@ bool CrossCheckPasses(TABEL*& cursor, int32_t xp, int32_t yp, int32_t x, int32_t
 
 void DrawMeanderRound(MeanderPath& path, TABEL** checkCursor, int32_t connectDistance, int32_t x,
                       int32_t entryY, int32_t exitY) {
-  bool connect = WithinConnectDistance(path.previousX, path.previousY, x, entryY, connectDistance);
+  // The first round has no previous run: its far-off stand-in point must not be
+  // joined, also where the 32-bit differences to it wrap and come out short.
+  bool connect = path.coordinates.Count() > 0 &&
+                 WithinConnectDistance(path.previousX, path.previousY, x, entryY, connectDistance);
   if (connect && checkCursor != nullptr) {
     connect = CrossCheckPasses(*checkCursor, path.previousX, path.previousY, x, entryY);
   }

@@ -9,6 +9,7 @@
 #include <new>
 #include <type_traits>
 
+#include "geometry/grid_arithmetic.h"
 #include "layer/number_lists.h"
 #include "layer/vector_layer.h"
 #include "scan/slice_file_parameters.h"
@@ -20,23 +21,19 @@ namespace hatch_internal {
 enum class Axis { kX, kY };
 
 // Differences and products "in 32 bits": wrapped, never undefined.
-inline int32_t WrappingDifference(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-inline int32_t WrappingProduct(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
-}
+using kelvor2d_detail::Mul32;
+using kelvor2d_detail::Sub32;
 // |a - b| of the wrapped difference, as an unsigned value so that it never
 // overflows.
 inline uint32_t AbsoluteDifference(int32_t a, int32_t b) {
-  const int32_t d = WrappingDifference(a, b);
+  const int32_t d = Sub32(a, b);
   return d < 0 ? 0u - static_cast<uint32_t>(d) : static_cast<uint32_t>(d);
 }
 
 // A vector is shortened when its length is strictly greater than the 32-bit
 // product HatchShorteningFactor * HatchShortening.
 inline int32_t ShorteningLimit(const MSliceFileParameters& parameters) {
-  return WrappingProduct(parameters.HatchShorteningFactor, parameters.HatchShortening);
+  return Mul32(parameters.HatchShorteningFactor, parameters.HatchShortening);
 }
 inline bool IsLongerThan(int32_t a, int32_t b, int32_t limit) {
   return limit < 0 || AbsoluteDifference(b, a) > static_cast<uint32_t>(limit);
@@ -172,7 +169,7 @@ struct MeanderPath {
 
 // One round of a consuming meander at column x: the connection from the
 // previous point to (x, entryY) when close enough and, with a check cursor,
-// not blocked; then the run (x, entryY)-(x, exitY), which becomes the previous
+// not blocked, never in the first round; then the run (x, entryY)-(x, exitY), which becomes the previous
 // point; then growth when the array cannot hold another round.
 void DrawMeanderRound(MeanderPath& path, TABEL** checkCursor, int32_t connectDistance, int32_t x,
                       int32_t entryY, int32_t exitY);

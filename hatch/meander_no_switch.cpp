@@ -277,8 +277,7 @@ void VECTOR_LAYER::ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED(TABEL* table, TAB
   if (start == nullptr)
     return;
   TABEL* checkCursor = PlaceCheckCursor(checkTable, start->Position);
-  const int32_t quotient =
-      hatch_internal::WrappingDifference(start->Position, firstPosition) / parameters.XHatchDistance;
+  const int32_t quotient = hatch_internal::Sub32(start->Position, firstPosition) / parameters.XHatchDistance;
   WalkNoSwitchMeander(*this, table, start, checkCursor, quotient % 2 == 0, parameters.MeanderConnectDistance,
                       type);
 }

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "geometry/grid_arithmetic.h"
 #include "sibling/math/math_core.h"
 
 void MHatcher::_AddContourToLineSweep(CONTOUR* contour) {
@@ -151,13 +152,15 @@ int32_t MHatcher::GetOptimalShift(MHatchDirection& direction, CONTOUR_LAYER& lay
   }
   if (distance == 0 || least > greatest)
     return 0;
-  const int32_t first = _GetFirstHatchPosition(distance, least);
-  const int32_t middle = Half(greatest + least);
-  const int32_t r = (middle - first) % distance;
-  const int32_t h = distance / 2;
-  if (Half(greatest - least) % distance >= h)
-    return r;
-  return (h + r) % distance;
+  // Widened to 64 bits, so that a layer near the ends of the 32-bit range gets
+  // the true middle and extent; the result, a remainder, fits in 32 bits.
+  const int64_t first = kelvor2d_detail::FirstMultipleNotBelow(distance, least);
+  const int64_t middle = (static_cast<int64_t>(greatest) + least) / 2;
+  const int64_t r = (middle - first) % distance;
+  const int64_t h = distance / 2;
+  if ((static_cast<int64_t>(greatest) - least) / 2 % distance >= h)
+    return static_cast<int32_t>(r);
+  return static_cast<int32_t>((h + r) % distance);
 }
 
 void AddHatchLayerToVectorLayer(MHatchLayer& hatchLayer, VECTOR_LAYER& layer, char type) {

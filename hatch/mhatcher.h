@@ -30,7 +30,8 @@ class MHatcher : public MHatcherBase {
   // contours that follow it; contours of type 100 and 103 to 106 are skipped.
   void HatchConceptLaser(CONTOUR_LAYER& layer, int32_t distance);
   // The shift that centres the hatch grid on the layer's extent across the
-  // lines. Distance 0 or a layer without points gives 0.
+  // lines. Distance 0 or a layer without points gives 0. Middle and extent
+  // are formed in 64 bits (a layer may reach both ends of the 32-bit range).
   static int32_t GetOptimalShift(MHatchDirection& direction, CONTOUR_LAYER& layer, int32_t distance);
 
  protected:

@@ -110,8 +110,8 @@ int32_t* CopyPoint(int32_t* out, const int32_t* from) {
 }
 
 bool NeedsConnection(const int32_t* end, const int32_t* start, int32_t distance) {
-  const double dx = hatch_internal::WrappingDifference(end[0], start[0]);
-  const double dy = hatch_internal::WrappingDifference(end[1], start[1]);
+  const double dx = hatch_internal::Sub32(end[0], start[0]);
+  const double dy = hatch_internal::Sub32(end[1], start[1]);
   const double limit = static_cast<double>(distance) * static_cast<double>(distance);
   return limit > dx * dx + dy * dy;
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "geometry/grid_arithmetic.h"
 #include "layer/contour_layer.h"
 
 void CONTOUR::Clear() {
@@ -84,8 +85,8 @@ bool CONTOUR::RECHTS_DRAAIEND() const {
   for (int32_t i = 0; i < NumPoints; ++i) {
     const MMPoint2d<long>& a = Points[i];
     const MMPoint2d<long>& b = Points[i + 1 < NumPoints ? i + 1 : 0];
-    const int32_t dx = b.x - a.x;
-    const int32_t sy = b.y + a.y;
+    const int32_t dx = kelvor2d_detail::Sub32(b.x, a.x);  // both formed in 32 bits, wrapping
+    const int32_t sy = kelvor2d_detail::Add32(b.y, a.y);
     sum += static_cast<double>(dx) * static_cast<double>(sy) * 0.5;
   }
   return sum >= 0.0;

@@ -62,7 +62,8 @@ class CONTOUR {
   int32_t NextPoint(const int32_t& i) const;
 
   // True when the signed area (y up) is >= 0: clockwise, or no area, or fewer
-  // than 3 points. The closing edge always counts.
+  // than 3 points. The closing edge always counts. Each edge's x difference and
+  // y sum are formed in 32 bits (wrapping), then widened.
   bool RECHTS_DRAAIEND() const;
   // True for clockwise (y up), judged by the index order of the four extreme
   // points (geometry/contour_geometry.cpp); true for an empty contour.

@@ -187,6 +187,9 @@ class CONTOUR_LAYER {
   // MaxX, plus one per value of `extra` (may be null); y crossings rounded.
   // Nothing is touched when the layer is empty or XHatchDistance is 0 or
   // negative. A closed contour whose points all share one x is skipped.
+  // Every crossing lies on its edge: an edge spanning more than 32 bits is
+  // crossed exactly, a float crossing past the edge's ends is held at the
+  // nearer end. When memory runs out the table is left empty.
   void X_ARCEER_LAAG(class TABEL* table, struct MSliceFileParameters& parameters, struct L_LIST* extra);
   // The same along y: YHatchDistance, YHatchShift, its own grid flip, MaxY.
   void Y_ARCEER_LAAG(class TABEL* table, struct MSliceFileParameters& parameters, struct L_LIST* extra);
@@ -194,5 +197,6 @@ class CONTOUR_LAYER {
   // ---- offsetting (bridges/boolean_front_ends.cpp) ----
   // Makes this layer the offset of source by `distance` (> 0 grows outer
   // contours, < 0 shrinks them), round joins; source is left as it was.
+  // INT32_MIN, whose negative does not exist, is taken as -INT32_MAX.
   void OFFSET_LAAG(CONTOUR_LAYER& source, int32_t distance);
 };

@@ -22,6 +22,8 @@ void SetPayload(US_LIST_2* e, uint16_t value, uint16_t second) {
 template <class List>
 List* NewElement(decltype(List::Value) value, decltype(List::Value) second) {
   List* e = static_cast<List*>(malloc(sizeof(List)));
+  if (e == nullptr)
+    return nullptr;
   SetPayload(e, value, second);
   e->Next = nullptr;
   return e;
@@ -30,7 +32,8 @@ List* NewElement(decltype(List::Value) value, decltype(List::Value) second) {
 // Sorted insert, walking from `before` (the head, or an element whose Value is
 // less than `value`): the new element goes in front of the first element that
 // is not less. With `once`, an element equal to it leaves the list alone and
-// null is returned; otherwise the new element.
+// null is returned; otherwise the new element, or null with the list unchanged
+// when memory runs out.
 template <class List>
 List* LinkSorted(List* head, List* before, decltype(List::Value) value, decltype(List::Value) second,
                  bool once) {
@@ -43,6 +46,8 @@ List* LinkSorted(List* head, List* before, decltype(List::Value) value, decltype
   if (once && at != nullptr && at->Value == value)
     return nullptr;
   List* e = NewElement<List>(value, second);
+  if (e == nullptr)
+    return nullptr;
   e->Next = at;
   before->Next = e;
   head->Value = wasEmpty ? 1 : static_cast<decltype(List::Value)>(head->Value + 1);

@@ -37,8 +37,8 @@ void VOEG_IN_GESORTEERDE_US_LIJST_2(US_LIST_2* head, uint16_t value, uint16_t se
 
 // The sorted insert of VOEG_IN_GESORTEERDE_L_LIJST, walking from `from` (an
 // element of the list whose Value is less than `value`; null: the head);
-// returns the new element. The same list results, without the walk from the
-// head, for callers that insert rising values in turn.
+// returns the new element (null, the list unchanged, when memory runs out). The same list results, without
+// the walk from the head, for callers that insert rising values in turn.
 L_LIST* InsertSortedFrom(L_LIST* head, L_LIST* from, int32_t value);
 
 // Sorted insert that leaves the list alone when the value is already there.

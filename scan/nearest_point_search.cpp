@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "geometry/grid_arithmetic.h"
 #include "layer/number_lists.h"
 #include "scan/tabel.h"
 
@@ -177,17 +178,15 @@ struct GridParity {
   // Entry flag of the column at `position`: true means entered at the pair's
   // first element.
   bool FlagAt(int32_t position) const {
-    const int32_t k = Wrapped(position, firstPosition) / step;
+    const int32_t k = kelvor2d_detail::Sub32(position, firstPosition) / step;
     return (k % 2 == 0) ? !invert : invert;
-  }
-  static int32_t Wrapped(int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
   }
 };
 
 GridParity FindGridParity(TABEL* table, TABEL* column, bool invert) {
   const TABEL* last = LastRealColumn(column);
-  return GridParity{GridParity::Wrapped(last->Position, last->Prev->Position), table->Next->Position, invert};
+  return GridParity{kelvor2d_detail::Sub32(last->Position, last->Prev->Position), table->Next->Position,
+                    invert};
 }
 
 void SearchNeighbourFixedEntry(Search& search, TABEL* column, TABEL** foundColumn, Walk walk,

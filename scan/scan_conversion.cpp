@@ -3,8 +3,10 @@
 #include "scan/scan_conversion.h"
 
 #include <cstdlib>
+#include <new>
 #include <vector>
 
+#include "geometry/grid_arithmetic.h"
 #include "layer/contour_layer.h"
 #include "layer/values.h"
 #include "scan/grid_step.h"
@@ -49,77 +51,68 @@ struct GridSpec {
   int32_t greatest;  // the layer's greatest coordinate along the axis
 };
 
-// 32-bit difference a - b, wrapping as the hardware does (no overflow trap).
-int32_t Difference(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-
-// The crossing of the edge (p0, s0)-(p1, s1) with the column at c, in single
-// precision: s = c * slope + intercept, rounded half away from zero.
-struct EdgeLine {
-  float slope;
-  float intercept;
-  EdgeLine(int32_t p0, int32_t s0, int32_t p1, int32_t s1)
-      : slope(static_cast<float>(Difference(s1, s0)) / static_cast<float>(Difference(p1, p0))),
-        intercept(static_cast<float>(s0) - static_cast<float>(p0) * slope) {}
-  int32_t At(int32_t c) const { return Round(static_cast<float>(c) * slope + intercept); }
-};
-
 // Sorted insertion of the crossing into the cursor's list: an equal value goes
-// in front of those that hold it.
-void InsertCrossing(ScanAxisState& axis, const EdgeLine& line) {
+// in front of those that hold it. False when memory runs out.
+bool InsertCrossing(ScanAxisState& axis, const EdgeCrossing& line) {
   const int32_t value = line.At(axis.cursor->Position);
+  if (axis.lastInserted.empty())
+    return InsertSortedFrom(axis.cursor->List, nullptr, value) != nullptr;
   L_LIST*& last = axis.lastInserted[axis.index];
-  last = InsertSortedFrom(axis.cursor->List, last != nullptr && last->Value < value ? last : nullptr, value);
+  L_LIST* added =
+      InsertSortedFrom(axis.cursor->List, last != nullptr && last->Value < value ? last : nullptr, value);
+  if (added != nullptr)
+    last = added;
+  return added != nullptr;
 }
 
-void ScanRisingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeLine& line) {
+bool ScanRisingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeCrossing& line) {
   while (axis.cursor->Position < p0)
     StepForward(axis);
   // A vertex at p0 reached by a falling edge is a turning point: no crossing.
   if (axis.direction == -1 && axis.cursor->Position == p0)
     StepForward(axis);
   while (axis.cursor->Position < p1) {
-    InsertCrossing(axis, line);
+    if (!InsertCrossing(axis, line))
+      return false;
     StepForward(axis);
   }
   axis.direction = 1;
+  return true;
 }
 
-void ScanFallingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeLine& line) {
+bool ScanFallingEdge(ScanAxisState& axis, int32_t p0, int32_t p1, const EdgeCrossing& line) {
   while (axis.cursor->Position < p0)
     StepForward(axis);
   // A column at p0 keeps its crossing only when the edge before fell too.
   if (!(axis.cursor->Position == p0 && axis.direction == -1))
     StepBack(axis);
   while (axis.cursor->Position > p1) {
-    InsertCrossing(axis, line);
+    if (!InsertCrossing(axis, line))
+      return false;
     StepBack(axis);
   }
   axis.direction = -1;
+  return true;
 }
 
 // The line scanner: enters one edge, in primary (p) and secondary (s)
-// coordinates. The start of an edge is in, its end is out.
-void ScanEdge(ScanAxisState& axis, int32_t p0, int32_t s0, int32_t p1, int32_t s1) {
+// coordinates. The start of an edge is in, its end is out. False when memory
+// runs out.
+bool ScanEdge(ScanAxisState& axis, int32_t p0, int32_t s0, int32_t p1, int32_t s1) {
   if (p0 == p1)
-    return;
-  const EdgeLine line(p0, s0, p1, s1);
-  if (p0 < p1) {
-    ScanRisingEdge(axis, p0, p1, line);
-  } else {
-    ScanFallingEdge(axis, p0, p1, line);
-  }
+    return true;
+  const EdgeCrossing line(p0, s0, p1, s1);
+  return p0 < p1 ? ScanRisingEdge(axis, p0, p1, line) : ScanFallingEdge(axis, p0, p1, line);
 }
 
 // Line scanner of X_ARCEER_LAAG: primary x, secondary y.
-void ARCEER_LIJNSTUK(const MMPoint2d<long>& from, const MMPoint2d<long>& to) {
-  ScanEdge(xAxis, from.x, from.y, to.x, to.y);
+bool ARCEER_LIJNSTUK(const MMPoint2d<long>& from, const MMPoint2d<long>& to) {
+  return ScanEdge(xAxis, from.x, from.y, to.x, to.y);
 }
 
 // Line scanner of Y_ARCEER_LAAG: primary y, secondary x.
-void ARCEER_LIJNSTUK_IN_Y(const MMPoint2d<long>& from, const MMPoint2d<long>& to) {
-  ScanEdge(yAxis, from.y, from.x, to.y, to.x);
+bool ARCEER_LIJNSTUK_IN_Y(const MMPoint2d<long>& from, const MMPoint2d<long>& to) {
+  return ScanEdge(yAxis, from.y, from.x, to.y, to.x);
 }
 
 int32_t PrimaryOf(const MMPoint2d<long>& p, bool alongX) {
@@ -155,18 +148,20 @@ void PlaceCursorForContour(ScanAxisState& axis, TABEL* table, int32_t p0) {
     StepBack(axis);
 }
 
-void ScanContour(const CONTOUR& contour, TABEL* table, ScanAxisState& axis, bool alongX) {
+// False when memory runs out.
+bool ScanContour(const CONTOUR& contour, TABEL* table, ScanAxisState& axis, bool alongX) {
   const int32_t direction = FindStartDirection(contour, alongX);
   if (direction == 0)
-    return;
+    return true;
   axis.direction = direction;
   PlaceCursorForContour(axis, table, PrimaryOf(contour.Points[contour.NumPoints - 1], alongX));
   auto scan = alongX ? ARCEER_LIJNSTUK : ARCEER_LIJNSTUK_IN_Y;
   const MMPoint2d<long>* points = contour.Points;
   const int32_t n = contour.NumPoints;
-  scan(points[n - 1], points[0]);
-  for (int32_t i = 0; i + 1 < n; ++i)
-    scan(points[i], points[i + 1]);
+  bool scanned = scan(points[n - 1], points[0]);
+  for (int32_t i = 0; scanned && i + 1 < n; ++i)
+    scanned = scan(points[i], points[i + 1]);
+  return scanned;
 }
 
 // Start of the grid; with AlternateHatchShift the axis's flip chooses between
@@ -179,19 +174,46 @@ int32_t ChooseFirstColumn(const GridSpec& grid, bool alternate, ScanAxisState& a
   return first;
 }
 
-// Adds the grid columns in rising order; returns the column added last.
-TABEL* AddGridColumns(TABEL* table, int32_t first, const GridSpec& grid) {
-  TABEL* last = nullptr;
-  for (int64_t position = first; position <= grid.greatest; position += grid.distance)
+// Adds the grid columns in rising order, `last` ending on the column added
+// last. False when memory ran out.
+bool AddGridColumns(TABEL* table, int32_t first, const GridSpec& grid, TABEL*& last) {
+  last = nullptr;
+  for (int64_t position = first; position <= grid.greatest; position += grid.distance) {
     last = AddColumnAfterLast(table, static_cast<int32_t>(position), last);
-  return last;
+    if (last == nullptr)
+      return false;
+  }
+  return true;
 }
 
-void AddExtraColumns(TABEL* table, const L_LIST* extra, TABEL* last) {
+// False when memory ran out.
+bool AddExtraColumns(TABEL* table, const L_LIST* extra, TABEL* last) {
   if (extra == nullptr)
-    return;
-  for (const L_LIST* e = extra->Next; e != nullptr; e = e->Next)
+    return true;
+  for (const L_LIST* e = extra->Next; e != nullptr; e = e->Next) {
     last = AddColumnAfterLast(table, e->Value, last);
+    if (last == nullptr)
+      return false;
+  }
+  return true;
+}
+
+// The hint of each column's last insertion; without it (no memory for the
+// hints) every insertion walks its list from the head, to the same list.
+void PrepareInsertionHints(ScanAxisState& axis, const TABEL* table) {
+  try {
+    axis.lastInserted.assign(static_cast<size_t>(table->Position) + 2, nullptr);
+  } catch (const std::bad_alloc&) {
+    axis.lastInserted.clear();
+  }
+}
+
+bool ScanContours(const CONTOUR_LAYER& layer, TABEL* table, ScanAxisState& axis, bool alongX) {
+  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
+    if (c->Closed == 1 && c->Points != nullptr && !ScanContour(*c, table, axis, alongX))
+      return false;
+  }
+  return true;
 }
 
 void ScanLayer(const CONTOUR_LAYER& layer, TABEL* table, const GridSpec& grid, bool alternate,
@@ -202,17 +224,19 @@ void ScanLayer(const CONTOUR_LAYER& layer, TABEL* table, const GridSpec& grid, b
   table->Next = nullptr;
   table->Prev = nullptr;
   ScanAxisState& axis = alongX ? xAxis : yAxis;
-  TABEL* last = AddGridColumns(table, ChooseFirstColumn(grid, alternate, axis), grid);
-  AddExtraColumns(table, extra, last);
-  if (table->Next == nullptr)
+  TABEL* last = nullptr;
+  const bool columnsComplete = AddGridColumns(table, ChooseFirstColumn(grid, alternate, axis), grid, last) &&
+                               AddExtraColumns(table, extra, last);
+  if (!columnsComplete || table->Next == nullptr) {
+    LEEG_TABEL(table);  // out of memory: an empty table, not a partial one
     return;
-  axis.lastInserted.assign(static_cast<size_t>(table->Position) + 2, nullptr);
-  axis.cursor = nullptr;
-  for (const CONTOUR* c = layer.FirstContour; c != nullptr; c = c->NextContour) {
-    if (c->Closed == 1 && c->Points != nullptr)
-      ScanContour(*c, table, axis, alongX);
   }
+  PrepareInsertionHints(axis, table);
+  axis.cursor = nullptr;
+  if (!ScanContours(layer, table, axis, alongX))
+    LEEG_TABEL(table);
   axis.lastInserted.clear();
+  axis.lastInserted.shrink_to_fit();
   axis.cursor = nullptr;
 }
 

@@ -9,14 +9,28 @@ using namespace kelvor2d_detail;  // the internal grid helpers
 
 namespace {
 
-// TABEL and TABEL_2 differ only in the list type of their columns.
+// TABEL and TABEL_2 differ only in the list type of their columns. Null when
+// memory runs out; nothing is then left allocated.
 template <class Table>
 Table* NewColumn(int32_t position) {
   using List = typename std::remove_pointer<decltype(Table::List)>::type;
   Table* column = static_cast<Table*>(calloc(1, sizeof(Table)));
+  List* list = static_cast<List*>(calloc(1, sizeof(List)));
+  if (column == nullptr || list == nullptr) {
+    free(column);
+    free(list);
+    return nullptr;
+  }
   column->Position = position;
-  column->List = static_cast<List*>(calloc(1, sizeof(List)));
+  column->List = list;
   return column;
+}
+
+template <class Table>
+void FreeColumn(Table* column) {
+  if (column != nullptr)
+    free(column->List);
+  free(column);
 }
 
 template <class Table>
@@ -27,30 +41,39 @@ void LinkBefore(Table* column, Table* at) {
   at->Prev = column;
 }
 
+// False, with the root left empty, when memory runs out.
 template <class Table>
-void BuildFrame(Table* root, int32_t position) {
+bool BuildFrame(Table* root, int32_t position) {
   Table* head = NewColumn<Table>(kHeadSentinelPosition);
   Table* tail = NewColumn<Table>(kTailSentinelPosition);
   Table* column = NewColumn<Table>(position);
+  if (head == nullptr || tail == nullptr || column == nullptr) {
+    FreeColumn(head);
+    FreeColumn(tail);
+    FreeColumn(column);
+    return false;
+  }
   head->Next = column;
   column->Prev = head;
   column->Next = tail;
   tail->Prev = column;
   root->Next = column;
   root->Position = 1;
+  return true;
 }
 
 // Adds a column before the first one not below `position`, looking from
 // `from` on (every column before `from` lies below `position`), or from the
-// first column when `from` is null. Returns the new column.
+// first column when `from` is null. Returns the new column, or null with the
+// table unchanged when memory runs out.
 template <class Table>
 Table* AddColumn(Table* root, int32_t position, Table* from = nullptr) {
-  if (root->Position == 0) {
-    BuildFrame(root, position);
-    return root->Next;
-  }
-  Table* head = root->Next->Prev;
+  if (root->Position == 0)
+    return BuildFrame(root, position) ? root->Next : nullptr;
   Table* column = NewColumn<Table>(position);
+  if (column == nullptr)
+    return nullptr;
+  Table* head = root->Next->Prev;
   root->Position++;
   Table* at = from != nullptr ? from : root->Next;
   while (position > at->Position)
@@ -188,6 +211,8 @@ void COPIEER_TABEL(TABEL* destination, TABEL source) {
   TABEL* added = nullptr;
   for (TABEL* from = source.Next; from->Next != nullptr; from = from->Next) {
     added = AddColumnAfterLast(destination, from->Position, added);
+    if (added == nullptr)
+      return;  // out of memory: the columns copied so far stay
     to = (to == nullptr) ? destination->Next : to->Next;
     if (from->List == nullptr)
       from->List = static_cast<L_LIST*>(calloc(1, sizeof(L_LIST)));

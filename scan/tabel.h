@@ -44,6 +44,7 @@ class TABEL_2 {
 
 // Adds a column with an empty list at `position`; a first column also builds
 // the two sentinels. Among equal positions the newest column comes first.
+// When memory runs out nothing is added and the table stays as it was.
 void VOEG_KOLOM_IN_TABEL(TABEL* root, int32_t position);
 void VOEG_KOLOM_IN_TABEL_2(TABEL_2* root, int32_t position);
 // As VOEG_KOLOM_IN_TABEL, for a caller adding columns one after another:
@@ -51,7 +52,7 @@ void VOEG_KOLOM_IN_TABEL_2(TABEL_2* root, int32_t position);
 // first). When the new position is not below it, the place is looked for from
 // there instead of from the first column, which gives the same table; a
 // table filled in rising order costs no walk over its columns. Returns the
-// new column.
+// new column, or null with the table unchanged when memory runs out.
 TABEL* AddColumnAfterLast(TABEL* root, int32_t position, TABEL* last);
 
 // Frees every column (sentinels included) with its list; the root is left
@@ -62,6 +63,7 @@ void LEEG_TABEL_2(TABEL_2* root);
 // Deep copy of `source` into `destination`, which is overwritten without being
 // freed. A source column with a null List is first given an empty list of its
 // own (also the first column, which would otherwise be read through null).
+// When memory runs out the copy ends with the columns copied so far.
 void COPIEER_TABEL(TABEL* destination, TABEL source);
 
 // Unlinks *column from its neighbours and frees the column and its list head;

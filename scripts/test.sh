@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The whole test suite: a warnings-as-errors build with ctest, the same under
-# AddressSanitizer + UndefinedBehaviorSanitizer with leak checking, a consumer
-# project built against the installed package, and a short fuzzing run of the
-# layer reader. Exits non-zero on the first failure.
+# AddressSanitizer + UndefinedBehaviorSanitizer (float-cast-overflow included)
+# with leak checking, a consumer project built against the installed package,
+# and a short run of every fuzzer. Exits non-zero on the first failure.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 out=${KELVOR2D_TEST_DIR:-$root/build-test}
@@ -19,7 +19,7 @@ cmake --build "$out/release" -j "$jobs"
 (cd "$out/release" && ctest --output-on-failure -j "$jobs" --timeout 300)
 
 step "sanitizer build (address, undefined, leaks)"
-san="-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer"
+san="-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer"
 cmake -S "$root" -B "$out/sanitize" -DCMAKE_BUILD_TYPE=Debug -DKELVOR2D_BUILD_TESTS=ON \
   -DKELVOR2D_BUILD_EXAMPLES=ON -DCMAKE_CXX_FLAGS="$san -O1" -DCMAKE_EXE_LINKER_FLAGS="$san"
 cmake --build "$out/sanitize" -j "$jobs"

@@ -26,6 +26,22 @@ bool ReadValue(int argc, char** argv, int& i, const std::string& name, double lo
   return true;
 }
 
+// The hatch distance in internal units must be a whole unit or more, and the
+// meander's connect distance, three of them, must fit in 32 bits.
+bool CheckScales(const DemoOptions& options, std::string& error) {
+  constexpr double kGreatestDistanceUnits = 2147483647.0 / 3.0;
+  const double distanceUnits = options.hatchDistanceMm * options.unitsPerMm;
+  if (options.unitsPerMm < 1.0) {
+    error = "--units-per-mm must be at least 1 (an internal unit no longer than a millimetre)";
+    return false;
+  }
+  if (distanceUnits < 1.0 || distanceUnits > kGreatestDistanceUnits) {
+    error = "--distance times --units-per-mm must lie from 1 to 715827882 internal units";
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string UsageText() {
@@ -37,7 +53,7 @@ std::string UsageText() {
          "  --distance MM         hatch distance in mm (default 0.4)\n"
          "  --angle DEGREES       direction of the free-angle hatching (default 30)\n"
          "  --bitmap-size PIXELS  width and height of the coverage bitmap (default 1024)\n"
-         "  --units-per-mm N      internal units per mm (default 1000)\n"
+         "  --units-per-mm N      internal units per mm, 1 to 1e6 (default 1000)\n"
          "  --help                this text\n";
 }
 
@@ -75,5 +91,5 @@ bool ParseOptions(int argc, char** argv, DemoOptions& options, std::string& erro
       return false;
     }
   }
-  return true;
+  return CheckScales(options, error);
 }

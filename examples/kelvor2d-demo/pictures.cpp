@@ -13,10 +13,10 @@ constexpr double kTitleHeight = 22.0;
 constexpr double kLegendWidth = 300.0;
 }  // namespace
 
-SvgPicture::SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY, int columns)
+SvgPicture::SvgPicture(double minX, double minY, double maxX, double maxY, int columns)
     : m_MinX(minX), m_MinY(minY), m_MaxX(maxX), m_MaxY(maxY), m_Columns(columns > 0 ? columns : 1) {
-  const double width = maxX > minX ? static_cast<double>(maxX) - minX : 1.0;
-  const double height = maxY > minY ? static_cast<double>(maxY) - minY : 1.0;
+  const double width = maxX > minX ? maxX - minX : 1.0;
+  const double height = maxY > minY ? maxY - minY : 1.0;
   m_Scale = (kPanelWidth - 2 * kMargin) / width;
   m_PanelWidth = kPanelWidth;
   m_PanelHeight = height * m_Scale + 2 * kMargin + kTitleHeight;

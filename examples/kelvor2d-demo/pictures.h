@@ -12,8 +12,9 @@
 // rows of `columns`, each with a title, and one legend for all.
 class SvgPicture {
  public:
-  // Every panel shows the rectangle [minX, maxX] x [minY, maxY] of internal units.
-  SvgPicture(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY, int columns);
+  // Every panel shows the rectangle [minX, maxX] x [minY, maxY] of internal
+  // units, in double: a margin round a layer at the grid's ends lies beyond it.
+  SvgPicture(double minX, double minY, double maxX, double maxY, int columns);
   // Starts the next panel; what is added from now on is drawn in it.
   void BeginPanel(const std::string& title);
   // Draws every contour of the layer; `label` goes into the legend.
@@ -29,7 +30,7 @@ class SvgPicture {
   double X(double x) const;
   double Y(double y) const;
   void AddLegend(const std::string& colour, const std::string& label);
-  int32_t m_MinX, m_MinY, m_MaxX, m_MaxY;
+  double m_MinX, m_MinY, m_MaxX, m_MaxY;
   int m_Columns;
   int m_Panels = 0;
   double m_Scale;

@@ -1,8 +1,10 @@
 #include "road.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <sstream>
 #include <vector>
 
@@ -64,6 +66,39 @@ double MaterialArea(const CONTOUR_LAYER& layer) {
     area += (c->Outer != 0 ? 1.0 : -1.0) * std::fabs(sum);
   }
   return area;
+}
+
+// Reads a persisted layer and unifies it into a region (contours that do not
+// overlap), which the boolean operations and the hatching take as given.
+bool ReadRegion(const std::string& path, CONTOUR_LAYER& layer, std::string& error) {
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) {
+    error = "cannot read layer '" + path + "': not a file";
+    return false;
+  }
+  MSaxContourLayer handler(&layer, nullptr);
+  MSAXReader reader;
+  if (!reader.ReadFile(path, handler)) {
+    error = "cannot read layer '" + path + "': " + reader.GetError();
+    return false;
+  }
+  AU::BooleanUnify(layer, 0);
+  return true;
+}
+
+// Whole square millimetres for the step table, held to the int64_t range.
+int64_t WholeMm2(double mm2) {
+  constexpr double kLimit = 9.2e18;
+  return static_cast<int64_t>(std::max(-kLimit, std::min(kLimit, mm2)));
+}
+
+// The grid line at or below `least`: the grid of multiples of `distance` made
+// to start at the part, so that a part far from the origin gets no columns in
+// between (held above the table's head sentinel).
+int32_t GridStartAtOrBelow(int32_t least, int32_t distance) {
+  const int64_t k =
+      least >= 0 ? least / distance : -((-static_cast<int64_t>(least) + distance - 1) / distance);
+  return static_cast<int32_t>(std::max<int64_t>(k * distance, INT32_MIN + 1));
 }
 
 int64_t CrossingCount(const TABEL& table, int64_t& columns) {
@@ -133,14 +168,9 @@ bool Road::LoadLayer(std::string& error) {
   Timed(m_Options.input.empty() ? "build the sample part" : "read " + m_Options.input, [&](StepRecord& r) {
     if (m_Options.input.empty()) {
       BuildSamplePart(m_Part, m_Options.unitsPerMm);
-    } else {
-      MSaxContourLayer handler(&m_Part, nullptr);
-      MSAXReader reader;
-      if (!reader.ReadFile(m_Options.input, handler)) {
-        error = "cannot read layer '" + m_Options.input + "': " + reader.GetError();
-        ok = false;
-        return;
-      }
+    } else if (!ReadRegion(m_Options.input, m_Part, error)) {
+      ok = false;
+      return;
     }
     m_Part.BEPAAL_EXTREMA();
     r.counts = Describe({{"contours", m_Part.NumContours}, {"points", PointCount(m_Part)}});
@@ -185,14 +215,16 @@ void Road::OffsetAndBoolean() {
     AU::BooleanSubtract(m_Part, m_Bar, m_Boolean, nullptr);
     const double mm2 = 1.0 / (m_Options.unitsPerMm * m_Options.unitsPerMm);
     r.counts = Describe({{"contours", m_Boolean.NumContours},
-                         {"mm2 before", static_cast<int64_t>(MaterialArea(m_Part) * mm2)},
-                         {"mm2 after", static_cast<int64_t>(MaterialArea(m_Boolean) * mm2)}});
+                         {"mm2 before", WholeMm2(MaterialArea(m_Part) * mm2)},
+                         {"mm2 after", WholeMm2(MaterialArea(m_Boolean) * mm2)}});
     r.lengthMm = Mm(ContourLength(m_Boolean));
   });
 }
 
 void Road::BuildTables() {
   Timed("X and Y tables with extra grid lines", [&](StepRecord& r) {
+    m_Parameters.XHatchShift = GridStartAtOrBelow(m_Part.MinX, m_Parameters.XHatchDistance);
+    m_Parameters.YHatchShift = GridStartAtOrBelow(m_Part.MinY, m_Parameters.YHatchDistance);
     m_Part.Y_ARCEER_LAAG(&m_YTable, m_Parameters, nullptr);
     EXTRA_GRID_LIJNEN(&m_ExtraX, m_YTable, m_Parameters.XHatchShift, m_Parameters.XHatchDistance);
     m_Part.X_ARCEER_LAAG(&m_XTable, m_Parameters, &m_ExtraX);
@@ -269,8 +301,8 @@ bool Road::RenderCoverage(std::string& error) {
     const double area = covered / 255.0 * pixelMm * pixelMm;
     const double exact = MaterialArea(m_Part) / (m_Options.unitsPerMm * m_Options.unitsPerMm);
     std::ostringstream counts;
-    counts << size << "x" << size << " px, " << static_cast<int64_t>(area) << " mm2 by pixels, "
-           << static_cast<int64_t>(exact) << " mm2 exact";
+    counts << size << "x" << size << " px, " << WholeMm2(area) << " mm2 by pixels, " << WholeMm2(exact)
+           << " mm2 exact";
     r.counts = counts.str();
     if (!WriteGreyPng(m_Options.outputDir + "/coverage.png", bitmap.data(), size, size)) {
       error = "cannot write " + m_Options.outputDir + "/coverage.png";
@@ -324,8 +356,8 @@ bool Road::WritePicture(std::string& error) {
       {"meander and no-switch meander",
        {{&m_Meander, "#9467bd", "meander, type 4"}, {&m_NoSwitch, "#ff7f0e", "no-switch meander, type 5"}}},
       {angled.str(), {{&m_Angled, "#17becf", "free angle, type 6"}}}};
-  SvgPicture svg(m_Part.MinX - Units(1.0), m_Part.MinY - Units(1.0), m_Part.MaxX + Units(1.0),
-                 m_Part.MaxY + Units(1.0), 3);
+  const double margin = Units(1.0);
+  SvgPicture svg(m_Part.MinX - margin, m_Part.MinY - margin, m_Part.MaxX + margin, m_Part.MaxY + margin, 3);
   for (const Panel& panel : panels) {
     svg.BeginPanel(panel.title);
     svg.AddContours(m_Part, "#222222", "contours");

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "geometry/grid_arithmetic.h"
 #include "layer/values.h"
+
+using namespace kelvor2d_detail;  // the internal grid helpers
 
 MHatchDirection::MHatchDirection(double angleDegrees) {
   SetAngle(angleDegrees);
@@ -23,8 +26,8 @@ void MHatchDirection::SetAngle(double angleDegrees) {
 
 void MHatchDirection::Transform(int32_t& x, int32_t& y) const {
   const double fx = x, fy = y;
-  x = Round(fx * m_Cos - fy * m_Sin);
-  y = Round(fx * m_Sin + fy * m_Cos);
+  x = RoundClamped(fx * m_Cos - fy * m_Sin);
+  y = RoundClamped(fx * m_Sin + fy * m_Cos);
 }
 
 void MHatchDirection::Transform(float& x, float& y) const {
@@ -35,8 +38,8 @@ void MHatchDirection::Transform(float& x, float& y) const {
 
 void MHatchDirection::InverseTransform(int32_t& x, int32_t& y) const {
   const double fx = x, fy = y;
-  x = Round(fx * m_Cos + fy * m_Sin);
-  y = Round(-fx * m_Sin + fy * m_Cos);
+  x = RoundClamped(fx * m_Cos + fy * m_Sin);
+  y = RoundClamped(-fx * m_Sin + fy * m_Cos);
 }
 
 MHatchLayer::~MHatchLayer() {
@@ -137,10 +140,7 @@ void MHatcherBase::_EmptySweepList() {
 }
 
 int32_t MHatcherBase::_GetFirstHatchPosition(int32_t distance, int32_t least) {
-  int64_t q = static_cast<int64_t>(least) / distance;
-  if (q * distance < least)
-    ++q;
-  return static_cast<int32_t>(q * distance);
+  return Clamp32(FirstMultipleNotBelow(distance, least));
 }
 
 namespace {
@@ -154,12 +154,9 @@ bool CoversLine(const M2dTempElement& e, int64_t x) {
   return e.X0 < e.X1 ? (e.X0 < x && x < e.X1) : (e.X1 < x && x < e.X0);
 }
 
-// Crossing of the edge with the line, in single precision as scan conversion
-// computes it, rounded.
+// Crossing of the edge with the line, as scan conversion computes it.
 int32_t CrossingAt(const M2dTempElement& e, int64_t x) {
-  const float slope = static_cast<float>(e.Y1 - e.Y0) / static_cast<float>(e.X1 - e.X0);
-  const float intercept = static_cast<float>(e.Y0) - static_cast<float>(e.X0) * slope;
-  return Round(static_cast<float>(x) * slope + intercept);
+  return EdgeCrossing(e.X0, e.Y0, e.X1, e.Y1).At(static_cast<int32_t>(x));
 }
 
 int32_t GreatestX(const MTempList& list) {

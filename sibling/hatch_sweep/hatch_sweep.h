@@ -14,11 +14,12 @@ class MHatchDirection {
   explicit MHatchDirection(double angleDegrees = 0.0);
   void SetAngle(double angleDegrees);
   double GetAngle() const { return m_AngleDegrees; }
-  // Hatch frame to layer frame, rounded to the grid.
+  // Hatch frame to layer frame, rounded to the grid; a point that turns
+  // beyond the 32-bit range is clamped to it.
   void Transform(int32_t& x, int32_t& y) const;
   // Hatch frame to layer frame, in floating point.
   void Transform(float& x, float& y) const;
-  // Layer frame to hatch frame, rounded to the grid.
+  // Layer frame to hatch frame, rounded and clamped as Transform.
   void InverseTransform(int32_t& x, int32_t& y) const;
 
  private:
@@ -115,7 +116,8 @@ class MHatcherBase {
   // line's crossings in rising order and appends the runs to the hatch layer,
   // then empties the list. A distance of 0 or less only empties the list.
   void _DoLineSweep(int32_t distance);
-  // The least multiple of distance not below `least` (distance > 0).
+  // The least multiple of distance not below `least` (distance > 0), clamped
+  // to INT32_MAX where that multiple lies beyond it.
   static int32_t _GetFirstHatchPosition(int32_t distance, int32_t least);
 
  protected:

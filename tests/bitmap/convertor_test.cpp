@@ -83,9 +83,9 @@ TEST(Convertor, WorkedExamplesOnSixBySix) {
 }
 
 TEST(Convertor, GuardedArgumentsWriteNothing) {
-  const Rings square = {Rectangle(15, 15, 35, 35, true)};
+  const Rings square = {Rectangle(-35, -35, -15, -15, true)};  // off the bitmap: only mirrored onto it
   for (double size :
-       {0.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+       {0.0, -60.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
     EXPECT_EQ(Render(square, 6, 6, size, 60.0), Bytes(36, kDirt)) << "sizeX " << size;
     EXPECT_EQ(Render(square, 6, 6, 60.0, size), Bytes(36, kDirt)) << "sizeY " << size;
   }
@@ -97,6 +97,16 @@ TEST(Convertor, GuardedArgumentsWriteNothing) {
   EXPECT_EQ(zeroUnits, Bytes(36, kDirt));
   MContours2BitmapConvertor nothing(nullptr, 6, 6, 60.0, 60.0, static_cast<const CONTOUR_LAYER*>(nullptr));
   nothing.Operate();  // no bitmap: nothing happens
+}
+
+// A shape reaching far below the bitmap is swept up to it at once and renders
+// like its part on the bitmap.
+TEST(Convertor, ShapesFromFarBelowTheBitmap) {
+  const Bytes expected = Render({Rectangle(15, 0, 35, 35, true)}, 6, 6, 60.0, 60.0);
+  EXPECT_EQ(Render({Rectangle(15, -2000000000, 35, 35, true)}, 6, 6, 60.0, 60.0), expected);
+  EXPECT_EQ(Render({Rectangle(15, 0, 35, 35, true), Rectangle(-99, -2147483000, -9, -2000000000, true)}, 6, 6,
+                   60.0, 60.0),
+            expected);
 }
 
 TEST(Convertor, HolesAndIslandsRenderTheSameEitherWayRound) {

@@ -177,6 +177,9 @@ TEST(BooleanFrontEnds, OffsetGrowsOuterContoursAndLeavesTheSource) {
   EXPECT_NEAR(LayerArea(shrunk), 900.0 * 900.0 - (200.0 * 200.0 + 4 * 200.0 * 50 + roundCorners), 200.0);
   EXPECT_EQ(source.NumContours, 2);
   EXPECT_EQ(PointsOf(*source.FirstContour), Rectangle(0, 0, 1000, 1000, false));
+  CONTOUR_LAYER gone;  // INT32_MIN has no negative: taken as a shrink by INT32_MAX
+  gone.OFFSET_LAAG(source, INT32_MIN);
+  EXPECT_EQ(gone.NumContours, 0);
   source.LEEG_LAAG();
   grown.LEEG_LAAG();
   shrunk.LEEG_LAAG();

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -103,5 +104,37 @@ TEST(Demo, BadInputGivesExitCodeTwo) {
   EXPECT_EQ(RunDemo("--input " + dir + "/missing.xml --output " + dir), 2);
   std::ofstream(dir + "/broken.xml") << "<Contours><Contour>";
   EXPECT_EQ(RunDemo("--input " + dir + "/broken.xml --output " + dir), 2);
+  EXPECT_EQ(RunDemo("--input " + dir + " --output " + dir), 2);  // a directory
+  EXPECT_EQ(RunDemo("--units-per-mm 1e-300 --output " + dir), 2);
+  EXPECT_EQ(RunDemo("--units-per-mm 1000000 --distance 1000 --output " + dir), 2);
   EXPECT_EQ(RunDemo("--help"), 0);
+}
+
+// Persisted layers a user may hand in: a square given twice (unified on
+// reading into one contour) and a square at the top of the 32-bit grid.
+TEST(Demo, PersistedEdgeCasesRunTheRoad) {
+  const struct {
+    const char* name;
+    std::vector<const char*> squares;  // base64 of four points each
+  } cases[] = {
+      {"twice",
+       {"AAAAAAAAAAAAAAAAMgAAAGQAAAAyAAAAZAAAAAAAAAA=", "AAAAAAAAAAAAAAAAMgAAAGQAAAAyAAAAZAAAAAAAAAA="}},
+      {"top", {"eP3/f3j9/394/f9/0P//f9D//3/Q//9/0P//f3j9/38="}},
+  };
+  for (const auto& c : cases) {
+    const std::string dir = TempDir(c.name);
+    std::ofstream input(dir + "/layer.xml");
+    input << "<Contours>";
+    for (const char* square : c.squares) {
+      input << "<Contour><Type>1</Type><Closed>1</Closed><Outer>1</Outer><RightHanded>1</RightHanded><Points>"
+               "<Dim>2</Dim><DataType>long</DataType><Count>4</Count><Data>"
+            << square << "</Data></Points></Contour>";
+    }
+    input << "</Contours>";
+    input.close();
+    ASSERT_EQ(RunDemo("--input " + dir + "/layer.xml --output " + dir + "/out --bitmap-size 16"), 0)
+        << c.name;
+    const std::string written = ReadFile(dir + "/out/layer.xml");
+    EXPECT_EQ(written.find("<Contour>"), written.rfind("<Contour>")) << c.name << ": one contour";
+  }
 }

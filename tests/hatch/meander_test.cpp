@@ -121,6 +121,22 @@ TEST(MeanderHatching, PathsOfEachCase) {
       {kNeighbours, true, "3: 10 12", 20, 0, kNotJoined, {}},
       {kNeighbours, true, "3: 8 12", 20, 1, "5 0 5 10 0 10 0 0", {}},
       {kNeighbours, true, "", 20, 0, kJoined, {}},  // a second table without columns blocks nothing
+      // The first run is never joined, not even where the 32-bit differences to
+      // the far-off previous point wrap and come out short.
+      {"-2147483638: 2147483600 2147483640",
+       false,
+       "",
+       100,
+       0,
+       "-2147483638 2147483600 -2147483638 2147483640",
+       {}},
+      {"2147483600: 2147483600 2147483640",
+       false,
+       "",
+       100,
+       0,
+       "2147483600 2147483600 2147483600 2147483640",
+       {}},
   };
   for (const MeanderCase& c : cases) {
     SCOPED_TRACE(::testing::Message()

@@ -92,6 +92,50 @@ TEST_F(MHatcherTest, VectorsLieInsideTheMaterialOnTheGridAtAnyAngle) {
   }
 }
 
+// Layers reaching the ends of the 32-bit grid, through every route of the
+// hatcher: every vector lies inside the layer's extent.
+TEST_F(MHatcherTest, VectorsStayInsideTheMaterialAtTheEndsOfTheGrid) {
+  const struct {
+    const char* name;
+    std::vector<MMPoint2d<long>> ring;
+    int32_t distance;
+  } cases[] = {
+      {"square at x = 1.5e9", Rectangle(1500000000, 0, 1500001000, 1000, true), 300},
+      {"triangle over +-1.2e9",
+       {{-1200000000, -1200000000}, {0, 1200000000}, {1200000000, -1200000000}},
+       400000000},
+      {"square up to INT32_MAX - 10", Rectangle(0, 0, 1000, INT32_MAX - 10, true), 300000000},
+  };
+  for (const auto& c : cases) {
+    layer.Clear();
+    layer.AddContourAtEnd(NewContour(c.ring));
+    layer.BEPAAL_EXTREMA();
+    for (double angle : {0.0, 90.0}) {
+      hatcher.GetHatchLayer().SetAngle(angle);
+      for (int route = 0; route < 3; ++route) {
+        if (route == 0)
+          hatcher.Hatch(layer, c.distance, 7);
+        else if (route == 1)
+          hatcher.HatchWithAutoShift(layer, c.distance);
+        else
+          hatcher.HatchConceptLaser(layer, c.distance);
+        vectors.Clear();
+        AddHatchLayerToVectorLayer(hatcher.GetHatchLayer(), vectors, 5);
+        // The automatic shift (kept by the concept-laser route) may set every line
+        // beside a narrow layer.
+        ASSERT_EQ(vectors.NumBlocks, route != 0 ? vectors.NumBlocks : 1) << c.name << " angle " << angle;
+        const VECTOR_BLOK* b = vectors.FirstBlock;
+        for (int32_t i = 0; b != nullptr && i < b->Size; i += 2) {
+          EXPECT_TRUE(b->Block[i] >= layer.MinX && b->Block[i] <= layer.MaxX &&
+                      b->Block[i + 1] >= layer.MinY && b->Block[i + 1] <= layer.MaxY)
+              << c.name << " angle " << angle << " route " << route << ": " << b->Block[i] << ","
+              << b->Block[i + 1];
+        }
+      }
+    }
+  }
+}
+
 TEST_F(MHatcherTest, DistanceZeroNegativeAndEmptyLayers) {
   layer.AddContourAtEnd(NewContour(Rectangle(0, 0, 100, 100, true)));
   MHatchLayer& h = hatcher.GetHatchLayer();

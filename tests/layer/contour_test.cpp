@@ -80,6 +80,11 @@ TEST(Contour, TurningDirectionBySignedArea) {
   OwnedContour flat({{0, 0}, {1, 0}, {2, 0}});
   EXPECT_TRUE(flat.c.RECHTS_DRAAIEND());  // no area counts as clockwise
   EXPECT_EQ(ccw.c.RightHanded, 7);        // attributes are not touched
+  // At the top of the grid the y sums wrap in 32 bits; the sense survives.
+  OwnedContour highCw({{0, 2147483500}, {0, 2147483600}, {9, 2147483600}, {9, 2147483500}});
+  EXPECT_TRUE(highCw.c.RECHTS_DRAAIEND());
+  OwnedContour highCcw({{0, 2147483500}, {9, 2147483500}, {9, 2147483600}, {0, 2147483600}});
+  EXPECT_FALSE(highCcw.c.RECHTS_DRAAIEND());
 }
 
 TEST(Contour, LengthCountsClosingEdgeUnlessOpen) {

@@ -1,6 +1,7 @@
 #include "scan/scan_conversion.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,6 +9,7 @@
 
 #include "support/scan_tables.h"
 
+using testing_support::CheckTable;
 using testing_support::Columns;
 using testing_support::Describe;
 using testing_support::Grid;
@@ -210,4 +212,70 @@ TEST(ScanConversion, LayerTableIsTheMergeOfItsContoursTables) {
   for (auto& c : merged)
     std::sort(c.second.begin(), c.second.end());
   EXPECT_EQ(Scan(all.layer, p), merged);
+}
+
+// Contours reaching the ends of the 32-bit grid, where the float steps would
+// wrap: each column stays even and every crossing inside the layer's extent,
+// along x and, with the rings mirrored, along y.
+TEST(ScanConversion, CrossingsStayInsideTheMaterialAtTheEndsOfTheGrid) {
+  const struct {
+    const char* name;
+    Ring ring;
+    int32_t distance, shift;
+  } cases[] = {
+      {"square up to INT32_MAX - 10",
+       {{0, 0}, {0, INT32_MAX - 10}, {1000, INT32_MAX - 10}, {1000, 0}},
+       500,
+       0},
+      {"square down to INT32_MIN + 1",
+       {{0, INT32_MIN + 1}, {0, 0}, {1000, 0}, {1000, INT32_MIN + 1}},
+       500,
+       0},
+      {"triangle over +-1.2e9",
+       {{-1200000000, -1200000000}, {0, 1200000000}, {1200000000, -1200000000}},
+       600000000,
+       0},
+      {"sliver over the whole range",
+       {{INT32_MIN + 1, INT32_MIN + 1}, {INT32_MAX - 1, INT32_MAX - 1}, {INT32_MAX - 1, INT32_MAX - 3}},
+       700000000,
+       -2100000000},
+  };
+  for (const auto& c : cases) {
+    for (bool alongX : {true, false}) {
+      Ring ring = c.ring;
+      if (!alongX)
+        for (auto& p : ring)
+          std::swap(p.x, p.y);
+      ScopedLayer l({ring});
+      const int32_t least = alongX ? l.layer.MinY : l.layer.MinX;
+      const int32_t greatest = alongX ? l.layer.MaxY : l.layer.MaxX;
+      for (const auto& column : Scan(l.layer, Grid(c.distance, c.shift), alongX)) {
+        EXPECT_EQ(column.second.size() % 2, 0u) << c.name << " at " << column.first;
+        for (int32_t v : column.second)
+          EXPECT_TRUE(v >= least && v <= greatest) << c.name << " at " << column.first << ": " << v;
+      }
+    }
+  }
+  ScopedLayer triangle({cases[2].ring});
+  EXPECT_EQ(Describe(Scan(triangle.layer, Grid(600000000, 0))),
+            "0:{-1200000000,1200000000} 600000000:{-1200000000,0} 1200000000:{} ");
+}
+
+// A table that memory cannot hold ends empty, without a crash.
+TEST(ScanConversion, RunningOutOfMemoryLeavesAnEmptyTable) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the address sanitizer maps more than the limit below";
+#else
+  rlimit saved{};
+  getrlimit(RLIMIT_AS, &saved);
+  const rlimit limit{rlim_t{768} << 20, saved.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+  ScopedLayer wide({{{0, 0}, {0, 10}, {2000000000, 10}, {2000000000, 0}}});
+  ScopedTable t;
+  MSliceFileParameters everyUnit = Grid(1, 0);
+  wide.layer.X_ARCEER_LAAG(&t.root, everyUnit, nullptr);
+  setrlimit(RLIMIT_AS, &saved);
+  EXPECT_EQ(CheckTable(t.root), "");
+  EXPECT_EQ(t.root.Next, nullptr);
+#endif
 }
