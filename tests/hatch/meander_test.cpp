@@ -240,7 +240,7 @@ TEST(NoSwitchMeander, SweepPathsOfEachCaseAndTheTablesStayWhole) {
       {"0: 0 10; 3:; 6: 0 10 15", "", 3, 5, "0 0 0 10; 6 0 6 10", 1},
       {"0:; 3: 0 10", "", 3, 5, "3 10 3 0", 0},
       // A check run over the middle of a connection splits the path.
-      {"0: 0 10; 3: 0 2", "0: 4 6", 3, 20, "0 0 0 10; 3 2 3 0"},
+      {"0: 0 10; 3: 0 2", "0: 5 6", 3, 20, "0 0 0 10; 3 2 3 0"},
       {"0: 0 10; 3: 0 2", "0: 7 9", 3, 20, "0 0 0 10 0 10 3 2 3 2 3 0"},
       // The check pointer only moves forwards: the first run moves it past
       // (18, 19), where the second connection's middle 19 would lie.
