@@ -191,6 +191,7 @@ TEST(ContourGeometry, CrossingsWithASegment) {
   EXPECT_EQ(crossings(*square, 20, 0, 30, 10), 0);  // beside the box
   EXPECT_EQ(crossings(*square, 5, 5, 15, 5), 1);    // from inside: one side
   EXPECT_EQ(crossings(*square, -5, -5, 5, 5), 2);   // through the corner (0,0): counted by both edges
+  EXPECT_EQ(crossings(*square, 5, 10, 5, 20), 1);   // from the top edge outwards
   Release(square);
   CONTOUR empty;
   EXPECT_EQ(crossings(empty, 0, 0, 10, 10), 0);
