@@ -58,6 +58,7 @@ TEST_F(LineCut, SquareCutIntoOneBlockFromTheFirstCut) {
       {"through a vertex counts twice", {-5, 5, 5, -5}, -1, false, kSquareEdges, 0},
       {"minimum 0 converts an uncut contour", {2, 2, 3, 3}, 0, false, kSquareEdges, 0},
       {"minimum 0 but no box overlap", {50, 50, 60, 60}, 0, false, {}, 0},
+      {"minimum 0, boxes touching at x 0", {-5, 5, 0, 20}, 0, false, kSquareEdges, 0},
   };
   // clang-format on
   for (const Case& c : cases) {
