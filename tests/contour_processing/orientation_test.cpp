@@ -210,7 +210,8 @@ TEST(Orientation, ReversedContoursTurnTheOtherWay) {
     std::vector<std::vector<P>> rings;
     for (int level = 0; level < 1 + round % 3; ++level) {  // nested rings, each turned at random
       const double radius = 1000.0 / (level + 1) - next(100);
-      auto ring = testing_support::Circle(5000 + next(50), 5000 + next(50), radius, 3 + next(9), next(2) == 0);
+      auto ring =
+          testing_support::Circle(5000 + next(50), 5000 + next(50), radius, 3 + next(9), next(2) == 0);
       rings.push_back(ring);
     }
     rings.push_back(Rectangle(20000 + next(100), next(100), 21000, 1000 + next(500), next(2) == 0));

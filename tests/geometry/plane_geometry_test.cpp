@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "layer/contour.h"
@@ -149,7 +149,7 @@ TEST(PlaneGeometry, DistanceToAndProjectionOnASegment) {
     float foot[2];
     PROJECTION_2D(foot, p, a, b);
     const double fx = double(foot[0]) - a[0], fy = double(foot[1]) - a[1];
-    EXPECT_NEAR((fx * uy - fy * ux) / std::sqrt(length2), 0.0, 1e-3);                  // on the line
+    EXPECT_NEAR((fx * uy - fy * ux) / std::sqrt(length2), 0.0, 1e-3);                // on the line
     EXPECT_NEAR(((wx - fx) * ux + (wy - fy) * uy) / std::sqrt(length2), 0.0, 1e-3);  // square to it
   }
 }

@@ -103,8 +103,7 @@ TEST(SpaceGeometry, CirclesAndSpheres) {
   P3* centre = BEREKEN_3D_CIRKELBOOG(&p, &q, &r);
   EXPECT_EQ(Xyz(*centre), (std::array<int32_t, 3>{1, 1, 0}));
   delete centre;
-  const float s1[3] = {1, 0, 0}, s2[3] = {0, 1, 0}, s4[3] = {-1, 0, 0},
-              flat[3] = {1, 1, 0};
+  const float s1[3] = {1, 0, 0}, s2[3] = {0, 1, 0}, s4[3] = {-1, 0, 0}, flat[3] = {1, 1, 0};
   float sc[3] = {7, 7, 7}, sr = 7;
   EXPECT_FALSE(SPHERE(sc, sr, s1, s2, s4, flat));
   EXPECT_EQ(sc[0], 7.0f);
@@ -230,7 +229,8 @@ TEST_F(RandomSpace, CirclesSpheresAndProjections) {
       float f3[3];
       F3 fp = {p[0], p[1], p[2]}, fq = {q[0], q[1], q[2]}, fr = {r[0], r[1], r[2]}, fs = {s[0], s[1], s[2]};
       const double distance = Dot(Sub(s, p), normal) / Norm(normal);
-      EXPECT_NEAR(BEREKEN_AFSTAND_TOT_VLAK(&fp, &fq, &fr, &fs), -distance, 1e-3 * (1.0 + std::fabs(distance)));
+      EXPECT_NEAR(BEREKEN_AFSTAND_TOT_VLAK(&fp, &fq, &fr, &fs), -distance,
+                  1e-3 * (1.0 + std::fabs(distance)));
       if (std::fabs(Dot(normal, Sub(s, p))) > 1.0) {
         float sphere[3], sphereRadius = 0;
         ASSERT_TRUE(SPHERE(sphere, sphereRadius, p, q, r, s));

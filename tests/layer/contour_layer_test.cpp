@@ -39,7 +39,8 @@ TEST_F(ContourLayerTest, EmptyingRespectsTheCount) {
 }
 
 TEST_F(ContourLayerTest, AddingAndRemovingKeepLinks) {
-  CONTOUR *first = NewRectangle(0, 0, 1, 1), *front = NewRectangle(0, 0, 2, 2), *tail = NewRectangle(0, 0, 3, 3);
+  CONTOUR *first = NewRectangle(0, 0, 1, 1), *front = NewRectangle(0, 0, 2, 2),
+          *tail = NewRectangle(0, 0, 3, 3);
   a.AddContourAtEnd(first);
   EXPECT_EQ(first->Owner, &a);
   a.AddContourAfter(front, nullptr);  // null means front

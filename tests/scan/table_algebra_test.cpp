@@ -64,14 +64,13 @@ TEST(TableAlgebra, UnionMovesTheHighColumnsOfTheSecondTable) {
 }
 
 TEST(TableAlgebra, Difference) {
-  RunCases(TABEL1_MIN_TABEL2,
-           {
-               {"empty second column", "0:{0,10}", "0:{}", "0:{0,10} ", "0:{} "},
-               {"columns on one side only", "0:{0,4} 20:{1,8}", "10:{0,4} 20:{2,3}", "0:{0,4} 20:{1,2,3,8} ",
-                "10:{0,4} 20:{2,3} "},
-               {"empty first root", "", "0:{1,2}", "1:{} ", "0:{1,2} "},
-               {"odd first", "0:{0,10,20}", "0:{5,6}", "0:{0,5,6,10,20} ", "0:{5,6} "},
-           });
+  RunCases(TABEL1_MIN_TABEL2, {
+                                  {"empty second column", "0:{0,10}", "0:{}", "0:{0,10} ", "0:{} "},
+                                  {"columns on one side only", "0:{0,4} 20:{1,8}", "10:{0,4} 20:{2,3}",
+                                   "0:{0,4} 20:{1,2,3,8} ", "10:{0,4} 20:{2,3} "},
+                                  {"empty first root", "", "0:{1,2}", "1:{} ", "0:{1,2} "},
+                                  {"odd first", "0:{0,10,20}", "0:{5,6}", "0:{0,5,6,10,20} ", "0:{5,6} "},
+                              });
 }
 
 TEST(TableAlgebra, SelectionKeepsRunsWhereASecondRunBegins) {
@@ -90,18 +89,17 @@ TEST(TableAlgebra, SelectionKeepsRunsWhereASecondRunBegins) {
 }
 
 TEST(TableAlgebra, CommonPartLeavesBoth) {
-  RunCases(
-      TABELLEN_MIN_DOORSNEDE,
-      {
-          {"apart", "0:{0,2}", "0:{2,4}", "0:{0,2} ", "0:{2,4} "},
-          {"first leads, same end", "0:{0,9}", "0:{4,9}", "0:{0,4} ", "0:{} "},
-          {"equal", "0:{0,4,6,8}", "0:{0,4}", "0:{6,8} ", "0:{} "},
-          {"second leads, same end", "0:{4,9}", "0:{0,9}", "0:{} ", "0:{0,4} "},
-          // Cursors are lined up once per step, not re-compared: 20 meets 10.
-          {"different grids", "0:{0,4} 20:{0,4}", "10:{0,4} 20:{1,2}", "0:{0,4} 20:{} ", "10:{} 20:{1,2} "},
-          {"empty root", "", "0:{1,2}", "", "0:{1,2} "},
-          {"odd both", "0:{0,10,20}", "0:{0,10,15}", "0:{20} ", "0:{15} "},
-      });
+  RunCases(TABELLEN_MIN_DOORSNEDE, {
+                                       {"apart", "0:{0,2}", "0:{2,4}", "0:{0,2} ", "0:{2,4} "},
+                                       {"first leads, same end", "0:{0,9}", "0:{4,9}", "0:{0,4} ", "0:{} "},
+                                       {"equal", "0:{0,4,6,8}", "0:{0,4}", "0:{6,8} ", "0:{} "},
+                                       {"second leads, same end", "0:{4,9}", "0:{0,9}", "0:{} ", "0:{0,4} "},
+                                       // Cursors are lined up once per step, not re-compared: 20 meets 10.
+                                       {"different grids", "0:{0,4} 20:{0,4}", "10:{0,4} 20:{1,2}",
+                                        "0:{0,4} 20:{} ", "10:{} 20:{1,2} "},
+                                       {"empty root", "", "0:{1,2}", "", "0:{1,2} "},
+                                       {"odd both", "0:{0,10,20}", "0:{0,10,15}", "0:{20} ", "0:{15} "},
+                                   });
 }
 
 TEST(TableAlgebra, ColumnsWithoutListsArePassedOver) {

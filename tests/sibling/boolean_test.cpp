@@ -121,7 +121,8 @@ TEST(BooleanEngine, OverlappingSquares) {
 }
 
 TEST(BooleanEngine, TouchingSquaresStaySeparateSimpleRings) {
-  const std::vector<Loop> a = {Rectangle(0, 0, 10, 10), Rectangle(20, 0, 30, 10)}, b = {Rectangle(10, 10, 20, 20)};
+  const std::vector<Loop> a = {Rectangle(0, 0, 10, 10), Rectangle(20, 0, 30, 10)},
+                          b = {Rectangle(10, 10, 20, 20)};
   M2dBoolean engine;
   const Result r = Combine(a, b, 0, false, engine);
   EXPECT_EQ(r.rings.size(), 3u);

@@ -121,7 +121,8 @@ TEST(Offsetter, DegenerateContoursAddNothingUnlessGrowing) {
 
 TEST(Offsetter, GrowingPastTheEndsOfTheRangeClamps) {
   M2dOffsetter offsetter;
-  AddRing(offsetter.input, testing_support::Rectangle(INT32_MAX - 100, INT32_MIN, INT32_MAX, INT32_MIN + 100));
+  AddRing(offsetter.input,
+          testing_support::Rectangle(INT32_MAX - 100, INT32_MIN, INT32_MAX, INT32_MIN + 100));
   offsetter.CreateOffset(-1000);
   ASSERT_EQ(offsetter.result->GetNumContours(), 1u);
   const M3dBorderContourLong* c = offsetter.result->GetFirstContour();
