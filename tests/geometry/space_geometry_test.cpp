@@ -151,6 +151,9 @@ TEST(SpaceGeometry, LinesInSpace) {
   EXPECT_FLOAT_EQ(out[2], 5.0f);
   // Chosen: a line without extent gives a.
   const float p[3] = {1, 1, 0}, two[3] = {2, 0, 0};
+  const float above[3] = {0, 5, 0};  // apart from a in y only
+  PROJECTION_3D(out, above, o, x);
+  EXPECT_NEAR(out[1], 0.0f, 1e-5f);
   PROJECTION_3D(out, p, two, two);
   ExpectFloats(out, 2, 0, 0);
 }
@@ -256,6 +259,16 @@ TEST_F(RandomSpace, CirclesSpheresAndProjections) {
     const double scale = 1e-3 * (1.0 + Norm(Sub(r, p)));
     EXPECT_NEAR(Norm(Cross(Sub(foot, p), u)) / Norm(u), 0.0, scale);
     EXPECT_NEAR(Dot(Sub(r, foot), u) / Norm(u), 0.0, scale);
+    // The plane square to pq through r meets the line pq in that foot, rounded.
+    P3 ip = {int32_t(p[0]), int32_t(p[1]), int32_t(p[2])}, iq = {int32_t(q[0]), int32_t(q[1]), int32_t(q[2])};
+    F3 fr = {r[0], r[1], r[2]};
+    VLAK_COEF* square = BEREKEN_LOODVLAK_DOOR_PUNT(&ip, &iq, &fr);
+    P3 met = {0, 0, 0};
+    square->DOORSNEDE_MET_RECHTE(met, &ip, &iq);
+    delete square;
+    EXPECT_NEAR(met.x, foot[0], 0.51);
+    EXPECT_NEAR(met.y, foot[1], 0.51);
+    EXPECT_NEAR(met.z, foot[2], 0.51);
     // The perpendicular bisector holds the middle, symmetric in its ends.
     F3 fp = {p[0], p[1], p[2]}, fq = {q[0], q[1], q[2]};
     VLAK_COEF* forward = BEREKEN_MIDDELLOODVLAK(&fp, &fq);
