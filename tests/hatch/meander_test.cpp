@@ -152,6 +152,19 @@ TEST(MeanderHatching, CrossCheckIsSinglePrecisionAndOneSidedAtTheEnds) {
   }
 }
 
+TEST(MeanderHatching, CheckColumnWithoutListBlocksNothing) {
+  // The run 7..7 at x = 3 blocks the connection; without its list the column blocks nothing.
+  for (bool dropped : {false, true}) {
+    ScopedTable table(Table("0: 0 10; 10: 0 30")), check(Table("3: 7 7"));
+    check.DropList(dropped ? 0 : -1);
+    ScopedVectorLayer layer;
+    MSliceFileParameters parameters;
+    parameters.MeanderConnectDistance = 100;
+    layer.ADD_X_TABEL_MEANDER_CROSS_CHECKED(&table.root, &check.root, parameters, 0, 9);
+    EXPECT_EQ(BlocksOf(layer).at(0).size(), dropped ? 12u : 8u);
+  }
+}
+
 TEST(MeanderHatching, LongPathGrowsTheArrayAndDrawsEveryRunOnce) {
   Columns columns;
   std::vector<Coordinates> expected;
