@@ -89,8 +89,9 @@ TEST(Part, XCompareAtCommonAndDisjointHeights) {
   PartProbe high(false, {{5.2, 0.95}, {5.3, 2.0}});
   low.Activate();
   high.Activate();
-  // No common height: by the right ends in the row.
-  EXPECT_EQ(low.XCompareAtGivenY(high, 0), high.DoubleRight() > low.DoubleRight());
+  // No common height: by the right ends in the row, 5.5 for low and about 5.2 for high.
+  EXPECT_FALSE(low.XCompareAtGivenY(high, 0));
+  EXPECT_TRUE(high.XCompareAtGivenY(low, 0));
 }
 
 }  // namespace

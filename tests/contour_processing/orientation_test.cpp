@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <vector>
 
 #include "layer/contour_layer.h"
@@ -188,6 +189,48 @@ TEST(Orientation, CopiesByClass) {
   EXPECT_EQ(outerCopies.Read(type), (V{2, 1}));
   EXPECT_EQ(outerCopies.Outer(), (V{7, 0}));
   EXPECT_NE(outerCopies.layer.FirstContour->Points, source.At(2)->Points);
+}
+
+}  // namespace
+
+namespace {
+
+// Mirror pairs: every contour given the other way round keeps its nesting and
+// turns the other way, for each sorter, on nested polygons of random form.
+TEST(Orientation, ReversedContoursTurnTheOtherWay) {
+  using Sorter = void (CONTOUR_LAYER::*)();
+  const Sorter sorters[] = {&CONTOUR_LAYER::SORTEER_CONTOUREN, &CONTOUR_LAYER::SORTEER_CONTOUREN_NIEUW,
+                            &CONTOUR_LAYER::CONTROLEER_SORTEER_CONTOUREN};
+  uint32_t state = 11;
+  auto next = [&state](int32_t range) {
+    state = state * 1664525u + 1013904223u;
+    return static_cast<int32_t>((state >> 8) % static_cast<uint32_t>(range));
+  };
+  for (int round = 0; round < 30; ++round) {
+    std::vector<std::vector<P>> rings;
+    for (int level = 0; level < 1 + round % 3; ++level) {  // nested rings, each turned at random
+      const double radius = 1000.0 / (level + 1) - next(100);
+      auto ring =
+          testing_support::Circle(5000 + next(50), 5000 + next(50), radius, 3 + next(9), next(2) == 0);
+      rings.push_back(ring);
+    }
+    rings.push_back(Rectangle(20000 + next(100), next(100), 21000, 1000 + next(500), next(2) == 0));
+    for (size_t s = 0; s < std::size(sorters); ++s) {
+      TestLayer forward, backward;
+      for (const auto& ring : rings) {
+        forward.Add(ring);
+        backward.Add(std::vector<P>(ring.rbegin(), ring.rend()));
+      }
+      (forward.layer.*sorters[s])();
+      (backward.layer.*sorters[s])();
+      SCOPED_TRACE(::testing::Message() << "round " << round << " sorter " << s);
+      EXPECT_EQ(forward.Outer(), backward.Outer());
+      V flipped = backward.RightHanded();
+      for (int& r : flipped)
+        r = r == 7 ? 7 : 1 - r;
+      EXPECT_EQ(forward.RightHanded(), flipped);
+    }
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -43,6 +44,7 @@ TEST(PlaneGeometry, CrossingsOfLinesAndSegments) {
       {{5, 0}, {5, 10}, {7, 0}, {7, 10}, {0, 0}, {0, 0}},      // both vertical
       {{0, 1}, {4, 1}, {0, 0}, {0, 5}, {0, 1}, {0, 0}},        // on the open end of ab
       {{-1, 1}, {4, 1}, {2, 5}, {2, 1}, {2, 1}, {2, 1}},       // on the closed end of cd
+      {{-1, 5}, {4, 5}, {2, 5}, {2, 1}, {2, 5}, {2, 5}},       // on the closed start of a falling cd
       {{0, 0}, {10, 10}, {20, 0}, {30, -10}, {10, 10}, {0, 0}},
   };
   for (const auto& k : cases) {
@@ -118,29 +120,38 @@ TEST(PlaneGeometry, DistancesAnglesAndMiddles) {
   EXPECT_EQ(Xyz(m), (std::array<int32_t, 3>{1, 0, 0}));
 }
 
-TEST(PlaneGeometry, DistanceToAndProjectionOnASegment) {
-  struct {
-    float p[2], a[2], b[2];
-    float distance;
-    float foot[2];  // projection on the line through a and b
-  } const cases[] = {
-      {{5, 3}, {0, 0}, {10, 0}, 3.0f, {5, 0}},
-      {{-3, 4}, {0, 0}, {10, 0}, 5.0f, {-3, 0}},  // beyond a
-      {{13, 4}, {0, 0}, {10, 0}, 5.0f, {13, 0}},  // beyond b
-      {{0, 10}, {0, 0}, {10, 10}, std::sqrt(50.0f), {5, 5}},
-      {{12, 12}, {0, 0}, {10, 10}, std::sqrt(8.0f), {12, 12}},
-  };
-  for (const auto& k : cases) {
-    SCOPED_TRACE(::testing::Message() << "p " << k.p[0] << "," << k.p[1] << " a " << k.a[0] << "," << k.a[1]
-                                      << " b " << k.b[0] << "," << k.b[1]);
-    EXPECT_NEAR(DISTANCE_POINT_TO_LINE_SEGMENT_2D(k.p, k.a, k.b), k.distance, 1e-5f);
-    float r[2];
-    PROJECTION_2D(r, k.p, k.a, k.b);
-    EXPECT_FLOAT_EQ(r[0], k.foot[0]);
-    EXPECT_FLOAT_EQ(r[1], k.foot[1]);
+// Small random whole numbers, the same sequence in every run.
+struct Draw {
+  uint32_t state = 99;
+  int32_t operator()(int32_t range) {
+    state = state * 1664525u + 1013904223u;
+    return static_cast<int32_t>((state >> 8) % static_cast<uint32_t>(2 * range + 1)) - range;
   }
-  const float a[2] = {0, 0}, p[2] = {3, 4};  // a equal to b
-  EXPECT_FLOAT_EQ(DISTANCE_POINT_TO_LINE_SEGMENT_2D(p, a, a), 5.0f);
+};
+
+// Distance to a segment and the foot on its line against double arithmetic of
+// the test's own, on random points (axis-parallel segments among them).
+TEST(PlaneGeometry, DistanceToAndProjectionOnASegment) {
+  Draw draw;
+  for (int round = 0; round < 400; ++round) {
+    const float p[2] = {float(draw(20)), float(draw(20))}, a[2] = {float(draw(20)), float(draw(20))};
+    const float b[2] = {round % 4 == 0 ? a[0] : float(draw(20)), round % 4 == 1 ? a[1] : float(draw(20))};
+    SCOPED_TRACE(::testing::Message() << "p " << p[0] << "," << p[1] << " a " << a[0] << "," << a[1] << " b "
+                                      << b[0] << "," << b[1]);
+    const double ux = double(b[0]) - a[0], uy = double(b[1]) - a[1], wx = double(p[0]) - a[0],
+                 wy = double(p[1]) - a[1];
+    const double length2 = ux * ux + uy * uy;
+    const double t = length2 == 0.0 ? 0.0 : std::min(1.0, std::max(0.0, (wx * ux + wy * uy) / length2));
+    const double distance = std::hypot(wx - t * ux, wy - t * uy);
+    EXPECT_NEAR(DISTANCE_POINT_TO_LINE_SEGMENT_2D(p, a, b), distance, 1e-4 * (1.0 + distance));
+    if (length2 == 0.0)
+      continue;
+    float foot[2];
+    PROJECTION_2D(foot, p, a, b);
+    const double fx = double(foot[0]) - a[0], fy = double(foot[1]) - a[1];
+    EXPECT_NEAR((fx * uy - fy * ux) / std::sqrt(length2), 0.0, 1e-3);                // on the line
+    EXPECT_NEAR(((wx - fx) * ux + (wy - fy) * uy) / std::sqrt(length2), 0.0, 1e-3);  // square to it
+  }
 }
 
 // ---- members of CONTOUR ----
@@ -180,6 +191,7 @@ TEST(ContourGeometry, CrossingsWithASegment) {
   EXPECT_EQ(crossings(*square, 20, 0, 30, 10), 0);  // beside the box
   EXPECT_EQ(crossings(*square, 5, 5, 15, 5), 1);    // from inside: one side
   EXPECT_EQ(crossings(*square, -5, -5, 5, 5), 2);   // through the corner (0,0): counted by both edges
+  EXPECT_EQ(crossings(*square, 5, 10, 5, 20), 1);   // from the top edge outwards
   Release(square);
   CONTOUR empty;
   EXPECT_EQ(crossings(empty, 0, 0, 10, 10), 0);

@@ -168,6 +168,19 @@ TEST(MeanderHatching, CrossCheckIsSinglePrecisionAndOneSidedAtTheEnds) {
   }
 }
 
+TEST(MeanderHatching, CheckColumnWithoutListBlocksNothing) {
+  // The run 7..7 at x = 3 blocks the connection; without its list the column blocks nothing.
+  for (bool dropped : {false, true}) {
+    ScopedTable table(Table("0: 0 10; 10: 0 30")), check(Table("3: 7 7"));
+    check.DropList(dropped ? 0 : -1);
+    ScopedVectorLayer layer;
+    MSliceFileParameters parameters;
+    parameters.MeanderConnectDistance = 100;
+    layer.ADD_X_TABEL_MEANDER_CROSS_CHECKED(&table.root, &check.root, parameters, 0, 9);
+    EXPECT_EQ(BlocksOf(layer).at(0).size(), dropped ? 12u : 8u);
+  }
+}
+
 TEST(MeanderHatching, LongPathGrowsTheArrayAndDrawsEveryRunOnce) {
   Columns columns;
   std::vector<Coordinates> expected;
@@ -256,7 +269,7 @@ TEST(NoSwitchMeander, SweepPathsOfEachCaseAndTheTablesStayWhole) {
       {"0: 0 10; 3:; 6: 0 10 15", "", 3, 5, "0 0 0 10; 6 0 6 10", 1},
       {"0:; 3: 0 10", "", 3, 5, "3 10 3 0", 0},
       // A check run over the middle of a connection splits the path.
-      {"0: 0 10; 3: 0 2", "0: 4 6", 3, 20, "0 0 0 10; 3 2 3 0"},
+      {"0: 0 10; 3: 0 2", "0: 5 6", 3, 20, "0 0 0 10; 3 2 3 0"},
       {"0: 0 10; 3: 0 2", "0: 7 9", 3, 20, "0 0 0 10 0 10 3 2 3 2 3 0"},
       // The check pointer only moves forwards: the first run moves it past
       // (18, 19), where the second connection's middle 19 would lie.

@@ -29,12 +29,6 @@ std::vector<HatchRun> HatchRuns(MHatchLayer& layer, bool sorted = true) {
   return runs;
 }
 
-CONTOUR* Square(int32_t x0, int32_t x1, int32_t y0, int32_t y1, bool outer) {
-  CONTOUR* c = NewContour(Rectangle(x0, y0, x1, y1, outer));
-  c->Outer = outer ? 1 : 0;
-  return c;
-}
-
 class MHatcherTest : public ::testing::Test {
  protected:
   void TearDown() override {
@@ -172,12 +166,12 @@ TEST_F(MHatcherTest, OptimalShiftCentresTheGrid) {
 }
 
 TEST_F(MHatcherTest, ConceptLaserSweepsEachOuterWithItsHoles) {
-  CONTOUR* skipped = Square(0, 100, 0, 100, true);
+  CONTOUR* skipped = NewRectangle(0, 0, 100, 100, true);
   skipped->Type = 'g';
   layer.AddContourAtEnd(skipped);
-  layer.AddContourAtEnd(Square(40, 60, 40, 60, false));  // its own contour once its outer is skipped
-  layer.AddContourAtEnd(Square(200, 300, 0, 100, true));
-  layer.AddContourAtEnd(Square(240, 260, 40, 60, false));
+  layer.AddContourAtEnd(NewRectangle(40, 40, 60, 60, false));  // its own contour once its outer is skipped
+  layer.AddContourAtEnd(NewRectangle(200, 0, 300, 100, true));
+  layer.AddContourAtEnd(NewRectangle(240, 40, 260, 60, false));
   hatcher.HatchConceptLaser(layer, 10);
   std::vector<HatchRun> expected = {{50, 40, 60}};
   for (int32_t x = 210; x <= 290; x += 10) {

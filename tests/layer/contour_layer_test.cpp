@@ -5,17 +5,11 @@
 #include "support/chain_checks.h"
 #include "support/layer_builders.h"
 
-using testing_support::NewContour;
-using testing_support::Rectangle;
+using testing_support::NewRectangle;
 
 using testing_support::ExpectChainConsistent;
 
 namespace {
-
-// A clockwise square 0..size.
-CONTOUR* Square(int32_t size) {
-  return NewContour(Rectangle(0, 0, size, size, true));
-}
 
 class ContourLayerTest : public ::testing::Test {
  protected:
@@ -35,7 +29,7 @@ TEST_F(ContourLayerTest, EmptyingRespectsTheCount) {
   a.MaxX = 5;  // extents set by hand on a layer without contours stay
   a.LEEG_LAAG();
   EXPECT_EQ(a.MaxX, 5);
-  a.AddContourAtEnd(Square(3));
+  a.AddContourAtEnd(NewRectangle(0, 0, 3, 3));
   a.BEPAAL_EXTREMA();
   a.LEEG_LAAG();
   ExpectChainConsistent(a);
@@ -45,7 +39,8 @@ TEST_F(ContourLayerTest, EmptyingRespectsTheCount) {
 }
 
 TEST_F(ContourLayerTest, AddingAndRemovingKeepLinks) {
-  CONTOUR *first = Square(1), *front = Square(2), *tail = Square(3);
+  CONTOUR *first = NewRectangle(0, 0, 1, 1), *front = NewRectangle(0, 0, 2, 2),
+          *tail = NewRectangle(0, 0, 3, 3);
   a.AddContourAtEnd(first);
   EXPECT_EQ(first->Owner, &a);
   a.AddContourAfter(front, nullptr);  // null means front
@@ -76,7 +71,7 @@ TEST_F(ContourLayerTest, AddingAndRemovingKeepLinks) {
 }
 
 TEST_F(ContourLayerTest, SetNextContourKeepsOwnersLastLink) {
-  CONTOUR *c1 = Square(1), *c2 = Square(2), *c3 = Square(3);
+  CONTOUR *c1 = NewRectangle(0, 0, 1, 1), *c2 = NewRectangle(0, 0, 2, 2), *c3 = NewRectangle(0, 0, 3, 3);
   a.AddContourAtEnd(c1);
   c2->NextContour = c3;
   c1->_SetNextContour(c2);
@@ -86,9 +81,9 @@ TEST_F(ContourLayerTest, SetNextContourKeepsOwnersLastLink) {
 }
 
 TEST_F(ContourLayerTest, MoveAndSwapTransferContentAndOwnership) {
-  a.AddContourAtEnd(Square(1));
-  b.AddContourAtEnd(Square(2));
-  b.AddContourAtEnd(Square(3));
+  a.AddContourAtEnd(NewRectangle(0, 0, 1, 1));
+  b.AddContourAtEnd(NewRectangle(0, 0, 2, 2));
+  b.AddContourAtEnd(NewRectangle(0, 0, 3, 3));
   a.SwapWith(b);
   EXPECT_EQ(a.NumContours, 2);
   EXPECT_EQ(a.FirstContour->Owner, &a);
@@ -98,14 +93,14 @@ TEST_F(ContourLayerTest, MoveAndSwapTransferContentAndOwnership) {
   EXPECT_EQ(a.FirstContour->Points[1].y, 1);
   EXPECT_EQ(b.NumContours, 0);
   EXPECT_EQ(b.FirstContour, nullptr);
-  a.AddContourAtEnd(Square(4));
+  a.AddContourAtEnd(NewRectangle(0, 0, 4, 4));
   ExpectChainConsistent(a);
 }
 
 TEST_F(ContourLayerTest, DeepCopiesAreIndependent) {
   EXPECT_TRUE(a.COPIEER_LAAG(b));  // empty source
   EXPECT_EQ(a.FirstContour, nullptr);
-  CONTOUR* c = Square(5);
+  CONTOUR* c = NewRectangle(0, 0, 5, 5);
   c->Outer = 1;
   c->Type = 3;
   c->Order = 8;
@@ -129,7 +124,7 @@ TEST_F(ContourLayerTest, DeepCopiesAreIndependent) {
 }
 
 TEST_F(ContourLayerTest, CopyAndAdoptAtFrontGrowExtents) {
-  CONTOUR* c = NewContour(Rectangle(-2, -3, 4, 5, true));
+  CONTOUR* c = NewRectangle(-2, -3, 4, 5);
   a.COPIEER_CONTOUR_NAAR_LAAG(c);
   EXPECT_EQ(a.FirstContour->Owner, nullptr);
   EXPECT_EQ(a.MinX, -2);
@@ -144,9 +139,9 @@ TEST_F(ContourLayerTest, CopyAndAdoptAtFrontGrowExtents) {
 TEST_F(ContourLayerTest, AppendLayerMovesChainAndMergesExtents) {
   EXPECT_TRUE(a.VOEG_TOE(b));  // empty other: nothing changes
   EXPECT_EQ(a.NumContours, 0);
-  a.AddContourAtEnd(Square(1));
+  a.AddContourAtEnd(NewRectangle(0, 0, 1, 1));
   a.BEPAAL_EXTREMA();
-  b.AddContourAtEnd(NewContour(Rectangle(5, 5, 9, 9, true)));
+  b.AddContourAtEnd(NewRectangle(5, 5, 9, 9));
   b.BEPAAL_EXTREMA();
   EXPECT_TRUE(a.VOEG_TOE(b));
   ExpectChainConsistent(a);
@@ -173,7 +168,7 @@ TEST_F(ContourLayerTest, VectorsBecomeOneContour) {
 }
 
 TEST_F(ContourLayerTest, ReverseChainAndExtentsSkipType103) {
-  CONTOUR *c1 = Square(1), *c2 = Square(100);
+  CONTOUR *c1 = NewRectangle(0, 0, 1, 1), *c2 = NewRectangle(0, 0, 100, 100);
   a.AddContourAtEnd(c1);
   a.VERANDER_CONTOUR_VOLGORDE();  // one contour: unchanged
   EXPECT_EQ(a.LastContour, c1);

@@ -77,6 +77,9 @@ TEST(NearestPointSearch, OnlyTheFirstFourLookInTheSameColumn) {
   for (Finder finder : {ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS, ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_BOVEN}) {
     Search s("0:{0,10,17,40} 8:{10,50}", 0);
     EXPECT_EQ(s.Found(s.Run(finder)), "17@0");
+    Search tie("0:{0,10,4,16} 8:{10,50}", 0);  // 4 and 16 both 6 from 10: the first wins, no exchange
+    EXPECT_EQ(tie.Found(tie.Run(finder)), "4@0");
+    EXPECT_EQ(tie.Tables(), "0:{0,10,4,16} 8:{10,50} ");
   }
   Search enkel("0:{0,10,17,40} 8:{10,50}", 0);
   EXPECT_EQ(enkel.Found(enkel.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS)), "10@8");

@@ -7,6 +7,7 @@
 
 #include "sibling/boolean/boolean.h"
 #include "support/boolean_rings.h"
+#include "support/rectangles.h"
 
 using namespace testing_support;
 using kelvor_boolean::CompareFractions;
@@ -14,12 +15,6 @@ using kelvor_boolean::ExactCoordinates;
 using kelvor_boolean::UInt128;
 
 namespace {
-
-Loop Square(int32_t x0, int32_t y0, int32_t x1, int32_t y1, bool clockwise = true) {
-  if (clockwise)
-    return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
-  return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
-}
 
 struct Result {
   std::vector<Ring> rings;
@@ -109,7 +104,7 @@ TEST(ExactArithmetic, TurnOrderCountsFromTheReference) {
 }
 
 TEST(BooleanEngine, OverlappingSquares) {
-  const std::vector<Loop> a = {Square(0, 0, 10, 10)}, b = {Square(5, 5, 15, 15)};
+  const std::vector<Loop> a = {Rectangle(0, 0, 10, 10)}, b = {Rectangle(5, 5, 15, 15)};
   struct Case {
     int16_t level;
     bool subtract;
@@ -126,7 +121,8 @@ TEST(BooleanEngine, OverlappingSquares) {
 }
 
 TEST(BooleanEngine, TouchingSquaresStaySeparateSimpleRings) {
-  const std::vector<Loop> a = {Square(0, 0, 10, 10), Square(20, 0, 30, 10)}, b = {Square(10, 10, 20, 20)};
+  const std::vector<Loop> a = {Rectangle(0, 0, 10, 10), Rectangle(20, 0, 30, 10)},
+                          b = {Rectangle(10, 10, 20, 20)};
   M2dBoolean engine;
   const Result r = Combine(a, b, 0, false, engine);
   EXPECT_EQ(r.rings.size(), 3u);
@@ -137,7 +133,7 @@ TEST(BooleanEngine, TouchingSquaresStaySeparateSimpleRings) {
 }
 
 TEST(BooleanEngine, SharedEdgeMergesAndDifferenceLeavesNoSliver) {
-  const std::vector<Loop> a = {Square(0, 0, 10, 10)}, b = {Square(10, 0, 20, 10)};
+  const std::vector<Loop> a = {Rectangle(0, 0, 10, 10)}, b = {Rectangle(10, 0, 20, 10)};
   M2dBoolean unite;
   const Result u = Combine(a, b, 0, false, unite);
   ASSERT_EQ(u.rings.size(), 1u);
@@ -145,14 +141,14 @@ TEST(BooleanEngine, SharedEdgeMergesAndDifferenceLeavesNoSliver) {
   M2dBoolean intersect;
   EXPECT_TRUE(Combine(a, b, 1, false, intersect).rings.empty());
   M2dBoolean subtract;
-  const Result d = Combine({Square(0, 0, 20, 10)}, b, 0, true, subtract);
+  const Result d = Combine({Rectangle(0, 0, 20, 10)}, b, 0, true, subtract);
   ASSERT_EQ(d.rings.size(), 1u);
   EXPECT_DOUBLE_EQ(d.area, 100.0);
 }
 
 TEST(BooleanEngine, NestedSquaresAndHoles) {
   // A plate with a hole, united with a square inside the hole, and intersected with a cross-cut.
-  const std::vector<Loop> plate = {Square(0, 0, 100, 100), Square(20, 20, 80, 80, false)};
+  const std::vector<Loop> plate = {Rectangle(0, 0, 100, 100), Rectangle(20, 20, 80, 80, false)};
   M2dBoolean same;
   const Result r = Combine(plate, {}, 0, false, same);
   EXPECT_EQ(r.rings.size(), 2u);
@@ -162,9 +158,9 @@ TEST(BooleanEngine, NestedSquaresAndHoles) {
     holes += RingArea(ring) < 0;
   EXPECT_EQ(holes, 1);
   M2dBoolean filled;
-  EXPECT_DOUBLE_EQ(Combine(plate, {Square(40, 40, 60, 60)}, 0, false, filled).area, 6400.0 + 400.0);
+  EXPECT_DOUBLE_EQ(Combine(plate, {Rectangle(40, 40, 60, 60)}, 0, false, filled).area, 6400.0 + 400.0);
   M2dBoolean cut;
-  EXPECT_DOUBLE_EQ(Combine(plate, {Square(-10, 45, 110, 55)}, 1, false, cut).area, 2 * 20 * 10.0);
+  EXPECT_DOUBLE_EQ(Combine(plate, {Rectangle(-10, 45, 110, 55)}, 1, false, cut).area, 2 * 20 * 10.0);
 }
 
 TEST(BooleanEngine, BowTieAndStarByLevel) {
@@ -225,7 +221,7 @@ TEST(BooleanEngine, DegenerateInputLeavesNothing) {
 }
 
 TEST(BooleanEngine, CoordinatesAtTheEndsOfTheRange) {
-  const std::vector<Loop> a = {Square(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX)};
+  const std::vector<Loop> a = {Rectangle(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX)};
   const std::vector<Loop> b = {{{INT32_MIN, 0}, {0, INT32_MAX}, {INT32_MAX, 0}, {0, INT32_MIN}}};
   M2dBoolean engine;
   const Result r = Combine(a, b, 1, false, engine);
@@ -274,8 +270,8 @@ TEST(BooleanEngine, LinesThatCrossedAtAnEventMeetAgainLater) {
 }
 
 TEST(BooleanEngine, UnionOfSquaresFromTheLowestCoordinate) {
-  const std::vector<Loop> a = {Square(INT32_MIN, INT32_MIN, 715827882, 715827882)};
-  const std::vector<Loop> b = {Square(-715827883, -715827883, INT32_MAX, INT32_MAX)};
+  const std::vector<Loop> a = {Rectangle(INT32_MIN, INT32_MIN, 715827882, 715827882)};
+  const std::vector<Loop> b = {Rectangle(-715827883, -715827883, INT32_MAX, INT32_MAX)};
   M2dBoolean engine;
   const Result r = Combine(a, b, 0, false, engine);
   ASSERT_EQ(r.rings.size(), 1u);
@@ -397,7 +393,7 @@ std::vector<Loop> Outline(const Cells& cells) {
   std::vector<Loop> squares;
   for (int k = 0; k < kSide * kSide; ++k) {
     if (cells[k])
-      squares.push_back(Square(k % kSide, k / kSide, k % kSide + 1, k / kSide + 1));
+      squares.push_back(Rectangle(k % kSide, k / kSide, k % kSide + 1, k / kSide + 1));
   }
   M2dBoolean engine;
   return RingsAsLoops(Combine(squares, {}, 0, false, engine).rings);

@@ -36,19 +36,6 @@ void ExpectRing(const Contour& contour, const Ring& expected, const char* after)
   EXPECT_EQ(iterated, expected) << "iterating after " << after;
 }
 
-TEST(BorderPoint, LiesAsTwo32BitCoordinatesThenDataThenNext) {
-  static_assert(std::is_same_v<Point::Coordinate, int32_t>, "long maps to int32_t");
-  static_assert(std::is_same_v<M3dCoordinateTraits<double>::Type, double>, "other types stay");
-  Contour contour;
-  int payload = 0;
-  Point* p = contour.InsertAtEnd(-7, 9, &payload);
-  const int32_t* raw = reinterpret_cast<const int32_t*>(p);
-  EXPECT_EQ(raw[0], -7);
-  EXPECT_EQ(raw[1], 9);
-  EXPECT_EQ(p->data, &payload);
-  EXPECT_EQ(p->GetNextPoint(), p);  // a ring of one
-}
-
 TEST(BorderContour, EveryEditKeepsTheRingWhole) {
   Contour contour;
   ExpectRing(contour, {}, "construction");

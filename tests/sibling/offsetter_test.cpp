@@ -8,24 +8,19 @@
 
 #include "sibling/boolean/border_functions.h"
 #include "sibling/boolean/offsetter.h"
+#include "support/rectangles.h"
 
 namespace {
 
 constexpr double kPi = 3.141592653589793;
-using Points = std::vector<std::pair<int32_t, int32_t>>;
+using Points = std::vector<MMPoint2d<long>>;
 
 void AddRing(M3dBorderLong& border, const Points& points, bool outer = true, bool closed = true) {
   M3dBorderContourLong* c = border.AddContourAtEnd();
   for (const auto& p : points)
-    c->InsertAtEnd(p.first, p.second, nullptr);
+    c->InsertAtEnd(p.x, p.y, nullptr);
   c->SetIsOuterContour(outer);
   c->SetIsClosed(closed);
-}
-
-Points Square(int32_t x0, int32_t y0, int32_t x1, int32_t y1, bool clockwise = true) {
-  if (clockwise)
-    return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
-  return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
 }
 
 double TotalArea(const M3dBorderLong& border) {
@@ -54,7 +49,7 @@ void DistancesFromSegment(const M3dBorderLong& border, double ax, double ay, dou
 TEST(Offsetter, GrowingAndShrinkingASquare) {
   const double r = 1000.0;
   M2dOffsetter grow;
-  AddRing(grow.input, Square(0, 0, 10000, 10000));
+  AddRing(grow.input, testing_support::Rectangle(0, 0, 10000, 10000));
   grow.CreateOffset(-1000);
   ASSERT_EQ(grow.result->GetNumContours(), 1u);
   const double expected = 10000.0 * 10000.0 + 4 * 10000.0 * r + kPi * r * r;
@@ -64,7 +59,7 @@ TEST(Offsetter, GrowingAndShrinkingASquare) {
   EXPECT_TRUE(grow.result->GetFirstContour()->GetIsOuterContour());
 
   M2dOffsetter shrink;
-  AddRing(shrink.input, Square(0, 0, 10000, 10000));
+  AddRing(shrink.input, testing_support::Rectangle(0, 0, 10000, 10000));
   shrink.CreateOffset(1000);
   EXPECT_DOUBLE_EQ(TotalArea(*shrink.result), 8000.0 * 8000.0);
   shrink.CreateOffset(6000);
@@ -103,9 +98,9 @@ TEST(Offsetter, RoundJoinsKeepTheChordErrorAndHolesShrink) {
   EXPECT_NEAR(most, 100.0, 0.75);
   // A plate with a hole: growing shrinks the hole, and a thin hole closes.
   M2dOffsetter plate;
-  AddRing(plate.input, Square(0, 0, 1000, 1000));
-  AddRing(plate.input, Square(400, 400, 600, 600, false), false);
-  AddRing(plate.input, Square(100, 100, 110, 900, false), false);
+  AddRing(plate.input, testing_support::Rectangle(0, 0, 1000, 1000));
+  AddRing(plate.input, testing_support::Rectangle(400, 400, 600, 600, false), false);
+  AddRing(plate.input, testing_support::Rectangle(100, 100, 110, 900, false), false);
   plate.CreateOffset(-20);
   ASSERT_EQ(plate.result->GetNumContours(), 2u);
   EXPECT_FALSE(plate.result->GetLastContour()->GetIsOuterContour());
@@ -117,7 +112,7 @@ TEST(Offsetter, DegenerateContoursAddNothingUnlessGrowing) {
   AddRing(offsetter.input, {});
   AddRing(offsetter.input, {{5, 5}}, false);
   AddRing(offsetter.input, {{0, 0}, {10, 0}, {20, 0}}, false);
-  AddRing(offsetter.input, Square(0, 0, 10, 10), true, false);
+  AddRing(offsetter.input, testing_support::Rectangle(0, 0, 10, 10), true, false);
   offsetter.CreateOffset(-5);
   EXPECT_EQ(offsetter.result->GetNumContours(), 0u);
   AddRing(offsetter.input, {{7, 7}, {7, 7}, {7, 7}});
@@ -129,7 +124,8 @@ TEST(Offsetter, DegenerateContoursAddNothingUnlessGrowing) {
 
 TEST(Offsetter, GrowingPastTheEndsOfTheRangeClamps) {
   M2dOffsetter offsetter;
-  AddRing(offsetter.input, Square(INT32_MAX - 100, INT32_MIN, INT32_MAX, INT32_MIN + 100));
+  AddRing(offsetter.input,
+          testing_support::Rectangle(INT32_MAX - 100, INT32_MIN, INT32_MAX, INT32_MIN + 100));
   offsetter.CreateOffset(-1000);
   ASSERT_EQ(offsetter.result->GetNumContours(), 1u);
   const M3dBorderContourLong* c = offsetter.result->GetFirstContour();
@@ -146,9 +142,9 @@ TEST(Offsetter, GrowingPastTheEndsOfTheRangeClamps) {
 TEST(BorderFunctions, RemoveSelfIntersectionsKeepsEveryEnclosedArea) {
   M3dBorderLong border;
   AddRing(border, {{0, 0}, {10, 10}, {10, 0}, {0, 10}});
-  AddRing(border, Square(20, 0, 30, 10));
-  AddRing(border, Square(25, 5, 35, 15));
-  AddRing(border, Square(50, 0, 60, 10), true, false);
+  AddRing(border, testing_support::Rectangle(20, 0, 30, 10));
+  AddRing(border, testing_support::Rectangle(25, 5, 35, 15));
+  AddRing(border, testing_support::Rectangle(50, 0, 60, 10), true, false);
   EXPECT_TRUE(AU::BooleanRemoveSelfIntersections(border));
   EXPECT_EQ(border.GetNumContours(), 3u);
   EXPECT_DOUBLE_EQ(TotalArea(border), 50.0 + 175.0);
@@ -162,10 +158,10 @@ TEST(BorderFunctions, RemoveSelfIntersectionsKeepsEveryEnclosedArea) {
 TEST(BorderFunctions, OrientByNesting) {
   // Outer, hole, island in the hole, all given the wrong way and flagged wrongly.
   M3dBorderLong border;
-  AddRing(border, Square(0, 0, 100, 100, false), false);
-  AddRing(border, Square(10, 10, 90, 90, true), true);
-  AddRing(border, Square(40, 40, 60, 60, false), false);
-  AddRing(border, Square(200, 0, 300, 100, true), false);
+  AddRing(border, testing_support::Rectangle(0, 0, 100, 100, false), false);
+  AddRing(border, testing_support::Rectangle(10, 10, 90, 90, true), true);
+  AddRing(border, testing_support::Rectangle(40, 40, 60, 60, false), false);
+  AddRing(border, testing_support::Rectangle(200, 0, 300, 100, true), false);
   bool inverted = false;
   EXPECT_TRUE(AU::OrientBorder2D(border, &inverted));
   EXPECT_TRUE(inverted);

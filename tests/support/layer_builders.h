@@ -10,6 +10,7 @@
 #include "layer/contour.h"
 #include "layer/contour_layer.h"
 #include "layer/vector_layer.h"
+#include "support/rectangles.h"
 
 namespace testing_support {
 
@@ -29,12 +30,11 @@ inline CONTOUR* NewContour(const std::vector<MMPoint2d<long>>& v, unsigned char 
   return c;
 }
 
-// Axis-aligned rectangle; clockwise with y up when `clockwise`.
-inline std::vector<MMPoint2d<long>> Rectangle(int32_t x0, int32_t y0, int32_t x1, int32_t y1,
-                                              bool clockwise) {
-  if (clockwise)
-    return {{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}};
-  return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
+// A heap rectangle contour, Outer 1 when clockwise (y up), else 0 (a hole).
+inline CONTOUR* NewRectangle(int32_t x0, int32_t y0, int32_t x1, int32_t y1, bool clockwise = true) {
+  CONTOUR* c = NewContour(Rectangle(x0, y0, x1, y1, clockwise));
+  c->Outer = clockwise ? 1 : 0;
+  return c;
 }
 
 // Regular n-gon rounded to the grid; clockwise with y up when `clockwise`.

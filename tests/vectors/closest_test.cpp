@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <vector>
 
@@ -211,4 +212,40 @@ TEST_F(ClosestSearch, OpenPolylinesInBox) {
   AddBlock(empty, 1, {});
   EXPECT_EQ(empty.GET_OPEN_POLYLINES_IN_BOX(count, box), nullptr);
   empty.Clear();
+}
+
+// The search against a brute force over random layers: the pointers designate
+// the first vector of least distance, and the distance is its truncated root.
+TEST_F(ClosestSearch, AgreesWithBruteForceOnRandomLayers) {
+  uint32_t state = 7;
+  auto next = [&state](int32_t range) {
+    state = state * 1664525u + 1013904223u;
+    return static_cast<int32_t>((state >> 8) % static_cast<uint32_t>(range)) - range / 2;
+  };
+  for (int round = 0; round < 50; ++round) {
+    std::vector<std::vector<int32_t>> blocks(1 + round % 3);
+    for (auto& b : blocks) {
+      for (int i = 0; i < 4 * (1 + round % 4); ++i)
+        b.push_back(next(200));
+      AddBlock(layer, 1, b);
+    }
+    const MMPoint2d<long> p = {next(300), next(300)};
+    float best = kNoDistance;
+    C expected;
+    for (const auto& b : blocks) {
+      for (size_t i = 0; i < b.size(); i += 4) {
+        bool end = false;
+        const float d = KWADRAAT_AFSTAND_TOT_LIJNSTUK(p.x, p.y, b[i], b[i + 1], b[i + 2], b[i + 3], end);
+        if (d < best) {
+          best = d;
+          expected.assign(b.begin() + i, b.begin() + i + 4);
+        }
+      }
+    }
+    SCOPED_TRACE(round);
+    EXPECT_EQ(Search(p, INT32_MAX), true);
+    EXPECT_EQ((C{*x1, *y1, *x2, *y2}), expected);
+    EXPECT_EQ(distance, static_cast<int32_t>(std::sqrt(best)));
+    layer.Clear();
+  }
 }

@@ -89,6 +89,20 @@ TEST_F(Conversion, VectorRunsBecomeContoursInFront) {
   VERPLAATS_VECTOR_LAAG_ALS_OPEN_CONTOUREN_NAAR_CONTOUR_LAAG(nullptr);
 }
 
+TEST_F(Conversion, OpenPolylineThroughVectorsAndBack) {
+  MMPoint2d<long> points[] = {{-3, 7}, {4, 7}, {4, -2}, {9, 5}};
+  COPIEER_OPEN_CONTOUR_NAAR_VECTOR_LAAG(layer.Vectors, points, 1, 4);  // one point: no vector
+  EXPECT_EQ(layer.Vectors.NumBlocks, 0);
+  COPIEER_OPEN_CONTOUR_NAAR_VECTOR_LAAG(layer.Vectors, points, 4, 4);
+  EXPECT_EQ(BlockAt(layer.Vectors, 0), (C{-3, 7, 4, 7, 4, 7, 4, -2, 4, -2, 9, 5}));
+  EXPECT_EQ(layer.Vectors.FirstBlock->Type, 4);
+  EXPECT_EQ(ExtentsOf(layer.Vectors), "-3 -2 9 7");
+  VERPLAATS_VECTOR_LAAG_ALS_OPEN_CONTOUREN_NAAR_CONTOUR_LAAG(&layer);
+  ASSERT_EQ(layer.Contours.NumContours, 1);
+  EXPECT_EQ(PointsOf(layer.Contours.FirstContour), (C{-3, 7, 4, 7, 4, 7, 4, -2, 4, -2, 9, 5}));
+  EXPECT_EQ(layer.Contours.FirstContour->Closed, 0);
+}
+
 TEST_F(Conversion, StreamSortedIntoBlocksAndContours) {
   struct Case {
     const char* name;
@@ -186,12 +200,12 @@ TEST(ListToContour, ElementsBecomePointsAndAreReleased) {
   ZET_L_LIJST_IN_LAAG(&head, &c);
   EXPECT_EQ(PointsOf(&c), (C{1, 2, 3, 4, 5, 6}));
   c.Clear();
-  L_LIST_2 shortHead = {0, 0, nullptr};  // count below the elements: the extra one is released too
+  L_LIST_2 shortHead = {0, 0, nullptr};  // count below the elements: the extras are released too
   VOEG_ACHTER_L_LIJST_2(&shortHead, 7, 8);
   VOEG_ACHTER_L_LIJST_2(&shortHead, 9, 9);
-  shortHead.Value = 1;
+  shortHead.Value = 0;
   ZET_L_LIJST_IN_LAAG(&shortHead, &c);
-  EXPECT_EQ(PointsOf(&c), (C{7, 8}));
+  EXPECT_EQ(c.NumPoints, 0);
   c.Clear();
   ZET_L_LIJST_IN_LAAG(nullptr, &c);
   EXPECT_EQ(c.NumPoints, 0);

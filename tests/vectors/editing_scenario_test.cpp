@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "layer/layer.h"
+#include "support/chain_checks.h"
 #include "support/layer_builders.h"
 #include "support/vector_blocks.h"
 #include "vectors/conversion.h"
@@ -23,15 +24,9 @@ constexpr uint16_t kHatchType = 33;
 
 // Chain lengths agree with the counts and LastContour ends the chain.
 void ExpectChainsRight(const LAYER& layer, const std::string& step) {
-  int32_t contours = 0;
-  const CONTOUR* last = nullptr;
-  for (const CONTOUR* c = layer.Contours.FirstContour; c != nullptr; c = c->NextContour) {
-    ++contours;
-    last = c;
-  }
-  EXPECT_EQ(contours, layer.Contours.NumContours) << step;
-  EXPECT_EQ(last, layer.Contours.LastContour) << step;
-  EXPECT_EQ(CountBlocks(layer.Vectors), layer.Vectors.NumBlocks) << step;
+  SCOPED_TRACE(step);
+  testing_support::ExpectChainConsistent(layer.Contours);
+  EXPECT_EQ(CountBlocks(layer.Vectors), layer.Vectors.NumBlocks);
 }
 
 // The joint extents are what a fresh computation gives.

@@ -14,14 +14,10 @@ using testing_support::BlockAt;
 using testing_support::BlockSizes;
 using testing_support::ExtentsOf;
 using testing_support::NewContour;
+using testing_support::NewRectangle;
 using C = std::vector<int32_t>;
 
-// The square (0,0) (10,0) (10,10) (0,10), counter-clockwise, as a contour.
-CONTOUR* Square() {
-  return NewContour({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-}
-
-// The square's four edges as vectors from point 0.
+// The edges of the counter-clockwise square 0..10 as vectors from point 0.
 const C kSquareEdges = {0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 0, 10, 0, 0};
 
 class LineCut : public ::testing::Test {
@@ -62,11 +58,12 @@ TEST_F(LineCut, SquareCutIntoOneBlockFromTheFirstCut) {
       {"through a vertex counts twice", {-5, 5, 5, -5}, -1, false, kSquareEdges, 0},
       {"minimum 0 converts an uncut contour", {2, 2, 3, 3}, 0, false, kSquareEdges, 0},
       {"minimum 0 but no box overlap", {50, 50, 60, 60}, 0, false, {}, 0},
+      {"minimum 0, boxes touching at x 0", {-5, 5, 0, 20}, 0, false, kSquareEdges, 0},
   };
   // clang-format on
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    layer.Contours.AddContourAtEnd(Square());
+    layer.Contours.AddContourAtEnd(NewRectangle(0, 0, 10, 10, false));
     EXPECT_EQ(Cut(c.line, c.minimumCuts, c.gap), !c.expected.empty());
     EXPECT_EQ(BlockAt(layer.Vectors, 0), c.expected);
     EXPECT_EQ(layer.Contours.NumContours, c.expected.empty() ? 1 : 0);
@@ -84,7 +81,7 @@ TEST_F(LineCut, SquareCutIntoOneBlockFromTheFirstCut) {
 
 TEST_F(LineCut, ConvertByCountKeepsContourOrderAndSkipsEmpty) {
   layer.Contours.AddContourAtEnd(new CONTOUR);
-  layer.Contours.AddContourAtEnd(Square());
+  layer.Contours.AddContourAtEnd(NewRectangle(0, 0, 10, 10, false));
   layer.Contours.AddContourAtEnd(NewContour({{100, 100}, {110, 100}, {110, 110}}));
   EXPECT_FALSE(Convert({5, -5, 5, 5}, 2));  // one cut only
   EXPECT_TRUE(Convert({5, -5, 5, 15}, 2));

@@ -84,6 +84,10 @@ TEST(Splitting, CutByLineSendsTheHighSideFirst) {
       {{-5, 1, -1, 1, 1, 1, 5, 1}, {0, 0, 0, 10}, {1, 1, 5, 1}, {-5, 1, -1, 1}},  // upward: greater x high
       {{-5, 1, -1, 1, 1, 1, 5, 1}, {0, 10, 0, 0}, {-5, 1, -1, 1}, {1, 1, 5, 1}},  // downward: smaller x
       {{0, 10, 10, 0}, {0, 0, 10, 10}, {10, 0, 5, 5}, {0, 10, 5, 5}},             // rising: below is high
+      {{105, 3, 109, 3},
+       {100, 3, 101, 3},
+       {},
+       {105, 3, 109, 3}},  // centre off the grid: the rounded split puts the line low
   };
   for (const Case& c : cases) {
     Layers l;
