@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "kelvor2d_export.h"
+
 // A point of two coordinates. The integer instance MMPoint2d<long> holds two
 // 32-bit coordinates whatever the width of the build's long, so that an array
 // of n points is exactly 2n consecutive int32_t values, x first.
@@ -59,7 +61,7 @@ static_assert(sizeof(MMPoint3d<float>) == 12, "a float point in space is three f
 
 // A rectangle. Callers may give the corners in any order; operations that take
 // a BOX by reference normalise it in the caller's object (see NormaliseBox).
-struct BOX {
+struct KELVOR2D_API BOX {
   int32_t MinX;
   int32_t MinY;
   int32_t MaxX;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "kelvor2d_export.h"
 #include "sibling/boolean/exact_arithmetic.h"
 
 class M2dGraph;
@@ -64,7 +65,7 @@ struct M2dGraphFraction {
 // when the exact denominator of a crossing does not fit 32 bits, the three
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
 // in `fraction`.
-struct M2dGraphPoint {
+struct KELVOR2D_API M2dGraphPoint {
   M2dGraph* graph = nullptr;                   // the graph that owns the point
   int32_t x = 0;                               // whole part of x (floor)
   int32_t y = 0;                               // whole part of y (floor)
@@ -119,7 +120,7 @@ inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
 }  // namespace kelvor_boolean
 
 // A directed line between two graph points.
-struct M2dGraphLine {
+struct KELVOR2D_API M2dGraphLine {
   M2dGraph* graph = nullptr;      // the graph that owns the line
   M2dGraphPoint* from = nullptr;  // start of the directed line
   M2dGraphPoint* to = nullptr;    // end of the directed line
@@ -149,7 +150,7 @@ struct M2dGraphLine {
 };
 
 // A graph of points and directed lines. Owns both.
-class M2dGraph {
+class KELVOR2D_API M2dGraph {
  public:
   DLIST<M2dGraphLine>* lines;  // the list object of the lines, never null
 

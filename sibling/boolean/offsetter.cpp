@@ -162,7 +162,7 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
       RawOffset(v, s).Feed(engine);
     }
   }
-  engine.SplitClassifyAndFilter(0, 32767);
+  engine.SplitClassifyAndFilter(0, M2dBoolean::kNoUpperBound);
   kelvor_boolean::AppendRings(engine, m_result);
 }
 

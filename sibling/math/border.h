@@ -32,6 +32,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "kelvor2d_export.h"
 #include "sibling/math/owned_chain.h"
 
 // Coordinate type of a border parameterised by T: `long` stands for a 32-bit
@@ -396,5 +397,6 @@ static_assert(sizeof(M3dBorderPointLong::Coordinate) == 4, "border coordinates a
 static_assert(offsetof(M3dBorderPointLong, x) == 0 && offsetof(M3dBorderPointLong, y) == 4,
               "a border point starts with x and y");
 
-extern template class M3dBorderContourBase<long, void*, M3dBorderPointLong, M3dBorderContourLong>;
-extern template class M3dBorder<long, void*, M3dBorderContourLong>;
+extern template class KELVOR2D_API
+    M3dBorderContourBase<long, void*, M3dBorderPointLong, M3dBorderContourLong>;
+extern template class KELVOR2D_API M3dBorder<long, void*, M3dBorderContourLong>;
