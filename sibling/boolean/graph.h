@@ -166,11 +166,11 @@ class KELVOR2D_API M2dGraph {
   M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
   // The point at an exact position, made on first use (points of MakeExactPoint
   // are not looked at).
-  M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
   // A new point at an exact position off the grid (some fraction nonzero),
   // made without looking for one there: for a caller that keeps coincident
   // positions together itself. GetExactPoint does not find it.
-  M2dGraphPoint* MakeExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT M2dGraphPoint* MakeExactPoint(const kelvor_boolean::ExactCoordinates& position);
   // Hints that the point at the grid position (x, y) is asked for soon, so
   // that its lookup can start early; changes nothing.
   void PrefetchGridPoint(int32_t x, int32_t y) const;
@@ -207,7 +207,7 @@ class KELVOR2D_API M2dGraph {
   size_t m_lineBlock = 0;                           // block that the next line node comes from
   uint32_t m_lineBlockUsed = 0;                     // nodes used in that block
   M2dGraphPoint* NewPoint(int32_t x, int32_t y);
-  const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
   M2dGraphLineNode* NewLineNode();
   void GrowSlots(size_t size);
 };

@@ -2,5 +2,5 @@
 // compiled and users of the header do not instantiate it again.
 #include "sibling/math/border.h"
 
-template class KELVOR2D_API M3dBorderContourBase<long, void*, M3dBorderPointLong, M3dBorderContourLong>;
-template class KELVOR2D_API M3dBorder<long, void*, M3dBorderContourLong>;
+template class M3dBorderContourBase<long, void*, M3dBorderPointLong, M3dBorderContourLong>;
+template class M3dBorder<long, void*, M3dBorderContourLong>;

@@ -96,7 +96,7 @@ class M3dBorderPointIterator {
 // A contour: an owned ring of points with its outer, closed, status and order
 // properties. Contour is the derived class that a border holds (CRTP).
 template <class T, class D, class Point, class Contour>
-class M3dBorderContourBase {
+class KELVOR2D_API M3dBorderContourBase {
  public:
   using Coordinate = typename M3dCoordinateTraits<T>::Type;
   using PointType = Point;
@@ -342,7 +342,7 @@ class M3dBorderContour : public M3dBorderContourBase<T, D, Point, M3dBorderConto
 
 // A border: an owned, ordered list of contours, with value semantics.
 template <class T, class D, class Contour>
-class M3dBorder {
+class KELVOR2D_API M3dBorder {
  public:
   using ContourType = Contour;
   using iterator = MChainIterator<Contour>;
@@ -397,6 +397,5 @@ static_assert(sizeof(M3dBorderPointLong::Coordinate) == 4, "border coordinates a
 static_assert(offsetof(M3dBorderPointLong, x) == 0 && offsetof(M3dBorderPointLong, y) == 4,
               "a border point starts with x and y");
 
-extern template class KELVOR2D_API
-    M3dBorderContourBase<long, void*, M3dBorderPointLong, M3dBorderContourLong>;
-extern template class KELVOR2D_API M3dBorder<long, void*, M3dBorderContourLong>;
+extern template class M3dBorderContourBase<long, void*, M3dBorderPointLong, M3dBorderContourLong>;
+extern template class M3dBorder<long, void*, M3dBorderContourLong>;

@@ -1,7 +1,7 @@
 #include "sibling/slice/slice_layers.h"
 
-template class KELVOR2D_API M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2DSliceContour>;
-template class KELVOR2D_API M3dBorder<long, void*, M2DSliceContour>;
+template class M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2DSliceContour>;
+template class M3dBorder<long, void*, M2DSliceContour>;
 
 uint32_t M2DSliceVectorLayer::GetNumVectors() const {
   uint32_t count = 0;

@@ -31,8 +31,8 @@ class KELVOR2D_API M2DSliceContour
 // The contours of a slice (its border or its areas).
 using M2DSliceContourLayer = M3dBorder<long, void*, M2DSliceContour>;
 
-extern template class KELVOR2D_API M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2DSliceContour>;
-extern template class KELVOR2D_API M3dBorder<long, void*, M2DSliceContour>;
+extern template class M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2DSliceContour>;
+extern template class M3dBorder<long, void*, M2DSliceContour>;
 
 // One vector of a slice, in the field order start x, end x, start y, end y.
 struct KELVOR2D_API M2DSliceVector {
