@@ -49,7 +49,7 @@ struct M3dCoordinateTraits<long> {
 // A point of a ring. Derived point classes pass themselves as Point, so that
 // next has the derived type; they may add fields behind these.
 template <class T, class D, class Point>
-class M3dBorderPointBase {
+class KELVOR2D_API M3dBorderPointBase {
  public:
   using Coordinate = typename M3dCoordinateTraits<T>::Type;
 
@@ -68,7 +68,7 @@ class M3dBorderPointBase {
 };
 
 template <class T, class D>
-class M3dBorderPoint : public M3dBorderPointBase<T, D, M3dBorderPoint<T, D>> {
+class KELVOR2D_API M3dBorderPoint : public M3dBorderPointBase<T, D, M3dBorderPoint<T, D>> {
  public:
   using M3dBorderPointBase<T, D, M3dBorderPoint<T, D>>::M3dBorderPointBase;
 };
@@ -338,7 +338,8 @@ class KELVOR2D_API M3dBorderContourBase {
 };
 
 template <class T, class D, class Point>
-class M3dBorderContour : public M3dBorderContourBase<T, D, Point, M3dBorderContour<T, D, Point>> {};
+class KELVOR2D_API M3dBorderContour
+    : public M3dBorderContourBase<T, D, Point, M3dBorderContour<T, D, Point>> {};
 
 // A border: an owned, ordered list of contours, with value semantics.
 template <class T, class D, class Contour>
