@@ -82,10 +82,7 @@ void CONTOUR_LAYER::LEEG_LAAG() {
 }
 
 void CONTOUR_LAYER::SwapWith(CONTOUR_LAYER& other) {
-  std::swap(MaxX, other.MaxX);
-  std::swap(MaxY, other.MaxY);
-  std::swap(MinX, other.MinX);
-  std::swap(MinY, other.MinY);
+  SwapExtents(*this, other);
   std::swap(NumContours, other.NumContours);
   std::swap(FirstContour, other.FirstContour);
   std::swap(LastContour, other.LastContour);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 #include "kelvor2d_export.h"
 
@@ -120,6 +121,15 @@ inline void MergeExtents(Into& into, const From& from) {
     into.MaxX = from.MaxX;
   if (from.MaxY > into.MaxY)
     into.MaxY = from.MaxY;
+}
+
+// Exchanges the extents of two records.
+template <class Extents>
+inline void SwapExtents(Extents& a, Extents& b) {
+  std::swap(a.MaxX, b.MaxX);
+  std::swap(a.MaxY, b.MaxY);
+  std::swap(a.MinX, b.MinX);
+  std::swap(a.MinY, b.MinY);
 }
 
 template <class Extents>

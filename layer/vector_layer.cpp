@@ -66,10 +66,7 @@ void VECTOR_LAYER::LEEG_LAAG() {
 }
 
 void VECTOR_LAYER::SwapWith(VECTOR_LAYER& other) {
-  std::swap(MaxX, other.MaxX);
-  std::swap(MaxY, other.MaxY);
-  std::swap(MinX, other.MinX);
-  std::swap(MinY, other.MinY);
+  SwapExtents(*this, other);
   std::swap(NumBlocks, other.NumBlocks);
   std::swap(FirstBlock, other.FirstBlock);
 }
