@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "bitmap/sweep.h"
+#include "kelvor2d_export.h"
 #include "layer/contour.h"
 #include "layer/contour_layer.h"
 #include "sibling/math/border.h"
@@ -17,7 +18,7 @@
 // exact to within a grey level wherever the active parts of a row stay in x
 // order; detail much finer than a pixel can break that order (see
 // ActivePartXCompare) and then leaves pixels of that row wrong.
-class MContours2BitmapConvertor {
+class KELVOR2D_API MContours2BitmapConvertor {
  public:
   using Border = MContour2BitmapLineSweep::Border;
 

@@ -6,13 +6,14 @@
 #include <cstdint>
 #include <list>
 
+#include "kelvor2d_export.h"
 #include "layer/values.h"
 
 // Grey value of a pixel full of material.
 constexpr double kBitmapFullPixel = 255.0;
 
 // A point in pixel coordinates: pixel (i, j) is the unit square [i, i+1] x [j, j+1].
-class MContourHelperPoint {
+class KELVOR2D_API MContourHelperPoint {
  public:
   double x = 0.0;  // pixel column coordinate
   double y = 0.0;  // pixel row coordinate
@@ -45,7 +46,7 @@ class MContourHelperPoint {
 // through a const part, so a part belongs to one thread).
 // Left/Right/GetRightArea on a part never activated, or past its highest row,
 // give unspecified (but defined) values; comparisons need activated parts.
-class MContourYSplittedPart {
+class KELVOR2D_API MContourYSplittedPart {
  public:
   using Points = std::list<MContourHelperPoint>;
   using Position = Points::iterator;
@@ -178,4 +179,4 @@ class MContourYSplittedPart {
 // the direction of leaving or reaching a shared vertex. Both parts must be
 // activated. Parts with no common height are ordered by their right ends, which
 // is not transitive where several parts end within one row (sub-pixel detail).
-bool ActivePartXCompare(const MContourYSplittedPart* a, const MContourYSplittedPart* b);
+KELVOR2D_API bool ActivePartXCompare(const MContourYSplittedPart* a, const MContourYSplittedPart* b);

@@ -7,6 +7,7 @@
 #include <list>
 
 #include "bitmap/part.h"
+#include "kelvor2d_export.h"
 #include "layer/contour.h"
 #include "sibling/math/border.h"
 
@@ -16,7 +17,7 @@
 // likewise y, with the corner of pixel (0, 0) at the contours' origin.
 // A copy is member-wise (its active list points into the source): copy only a
 // sweep that has not started.
-class MContour2BitmapLineSweep {
+class KELVOR2D_API MContour2BitmapLineSweep {
  public:
   using Border = M3dBorder<long, void*, M3dBorderContour<long, void*, M3dBorderPoint<long, void*>>>;
   using BorderContour = M3dBorderContour<long, void*, M3dBorderPoint<long, void*>>;

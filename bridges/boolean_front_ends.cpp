@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr int16_t kNoUpperBound = 32767;
 constexpr int16_t kUnionLevel = 0;
 constexpr int16_t kIntersectionLevel = 1;
 // How many points ahead of the one fed the lookup of a point is started.
@@ -44,6 +43,19 @@ void FeedContour(M2dBoolean* engine, const CONTOUR& c, bool swap, bool lineFlag,
     engine->AddShell(lowest, highest);
 }
 
+// The sense in which a layer goes through the door: as its flags say, or
+// every contour the other way (the operand that is taken away).
+enum class FeedSense : bool { kAsStored = false, kReversed = true };
+
+// Feeds the layer through the door as the front ends do: lines without their
+// flag, one shell per contour.
+void FeedLayer(M2dBoolean& engine, const CONTOUR_LAYER& layer, FeedSense sense) {
+  constexpr bool kLineFlag = false;
+  constexpr bool kOneShellPerContour = true;
+  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, sense == FeedSense::kReversed, kLineFlag,
+                                                 kOneShellPerContour);
+}
+
 // Points that feeding the layer visits, closing visits included.
 uint32_t CountFedPoints(const CONTOUR_LAYER& layer) {
   uint32_t count = 0;
@@ -57,14 +69,14 @@ uint32_t CountFedPoints(const CONTOUR_LAYER& layer) {
 // Builds an engine, feeds a and b, keeps the region above `level` and
 // writes it into result.
 void RunTwoOperands(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
-                    AU::M2DBooleanOptions* options, bool reverseB, int16_t level) {
+                    AU::M2DBooleanOptions* options, FeedSense senseOfB, int16_t level) {
   M2dBoolean engine;
   if (options != nullptr)
     engine.options = options->flags;
   engine.ReservePoints(CountFedPoints(a) + CountFedPoints(b));
-  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, a, false, false, true);
-  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, b, reverseB, false, true);
-  engine.SplitClassifyAndFilter(level, kNoUpperBound);
+  FeedLayer(engine, a, FeedSense::kAsStored);
+  FeedLayer(engine, b, senseOfB);
+  engine.SplitClassifyAndFilter(level, M2dBoolean::kNoUpperBound);
   ExtractContourLayer(&engine, result);
 }
 
@@ -82,7 +94,7 @@ void M2dBoolean_Utilities::AddContourLayerToBoolean(M2dBoolean* engine, const CO
 
 bool AU::BooleanUnite(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR_LAYER& result,
                       M2DBooleanOptions* options) {
-  RunTwoOperands(a, b, result, options, false, kUnionLevel);
+  RunTwoOperands(a, b, result, options, FeedSense::kAsStored, kUnionLevel);
   return true;
 }
 
@@ -92,7 +104,7 @@ bool AU::BooleanIntersect(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOU
     result.LEEG_LAAG();
     return true;
   }
-  RunTwoOperands(a, b, result, options, false, kIntersectionLevel);
+  RunTwoOperands(a, b, result, options, FeedSense::kAsStored, kIntersectionLevel);
   return true;
 }
 
@@ -102,22 +114,22 @@ bool AU::BooleanSubtract(const CONTOUR_LAYER& a, const CONTOUR_LAYER& b, CONTOUR
     result.LEEG_LAAG();
     return true;
   }
-  RunTwoOperands(a, b, result, options, true, kUnionLevel);
+  RunTwoOperands(a, b, result, options, FeedSense::kReversed, kUnionLevel);
   return true;
 }
 
 bool AU::BooleanUnify(CONTOUR_LAYER& layer, int32_t level) {
   M2dBoolean engine;
   engine.ReservePoints(CountFedPoints(layer));
-  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, false, false, true);
-  engine.SplitClassifyAndFilter(static_cast<int16_t>(level), kNoUpperBound);
+  FeedLayer(engine, layer, FeedSense::kAsStored);
+  engine.SplitClassifyAndFilter(static_cast<int16_t>(level), M2dBoolean::kNoUpperBound);
   ExtractContourLayer(&engine, layer);
   return true;
 }
 
 bool AU::BooleanRemoveSelfIntersections(CONTOUR_LAYER& layer) {
   M2dBoolean engine;
-  M2dBoolean_Utilities::AddContourLayerToBoolean(&engine, layer, false, false, true);
+  FeedLayer(engine, layer, FeedSense::kAsStored);
   engine.RemoveIntegerSelfIntersections();
   ExtractContourLayer(&engine, layer);
   return true;

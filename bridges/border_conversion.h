@@ -2,6 +2,7 @@
 // offset engine and the bitmap side work on.
 #pragma once
 
+#include "kelvor2d_export.h"
 #include "layer/contour.h"
 #include "layer/contour_layer.h"
 #include "sibling/math/border.h"
@@ -15,12 +16,12 @@ namespace M3dBorder2LayerConvertor {
 // Layer to border. Each closed contour is turned so that an outer one has a
 // positive SurfaceAreaWithSignXY (clockwise) and a hole a negative one; an
 // outer contour of zero area is inverted too. Open contours keep their sense.
-void _Convert(const CONTOUR_LAYER& layer, M3dBorderLong& border);
+KELVOR2D_API void _Convert(const CONTOUR_LAYER& layer, M3dBorderLong& border);
 // Border to layer: empties the layer (LEEG_LAAG) and appends one CONTOUR per
 // border contour, empty ones included; Owner stays null, extents are not computed.
-void _Convert(const M3dBorderLong& border, CONTOUR_LAYER& layer);
+KELVOR2D_API void _Convert(const M3dBorderLong& border, CONTOUR_LAYER& layer);
 // Fills a fresh CONTOUR from one border contour; the old Points array is
 // overwritten, not released. A contour without points gets Points null.
-void _Convert(const M3dBorderContourLong& borderContour, CONTOUR& contour);
+KELVOR2D_API void _Convert(const M3dBorderContourLong& borderContour, CONTOUR& contour);
 
 }  // namespace M3dBorder2LayerConvertor

@@ -42,7 +42,10 @@ void M2dGraphExtractContourLayer::SetTurning(bool clockwise) {
 void ExtractContourLayer(M2dBoolean* engine, CONTOUR_LAYER& layer) {
   M2dGraphBorderExtractSource2dGraph source{engine};
   M2dGraphExtractContourLayer sink{&layer, nullptr};
-  M2dGraphBorderConvert<M2dGraphBorderExtractSource2dGraph, M2dGraphExtractContourLayer> walker(&source,
-                                                                                                &sink);
-  walker.Extract(32767, true, false, true);
+  using Walker = M2dGraphBorderConvert<M2dGraphBorderExtractSource2dGraph, M2dGraphExtractContourLayer>;
+  Walker walker(&source, &sink);
+  constexpr bool kKeepOpenChains = true;
+  constexpr bool kSegmentFlag = false;
+  constexpr bool kEmptyLayerFirst = true;
+  walker.Extract(Walker::kLevelOfFirstLine, kKeepOpenChains, kSegmentFlag, kEmptyLayerFirst);
 }

@@ -6,12 +6,13 @@
 #include <cstdint>
 #include <deque>
 
+#include "kelvor2d_export.h"
 #include "layer/contour.h"
 #include "layer/contour_layer.h"
 #include "sibling/boolean/boolean.h"
 
 // The source of a walk: the graph of one engine.
-struct M2dGraphBorderExtractSource2dGraph {
+struct KELVOR2D_API M2dGraphBorderExtractSource2dGraph {
   M2dBoolean* engine;  // the engine whose graph is walked; not owned
 
   // First node of the line list, null when the graph has no lines.
@@ -19,7 +20,7 @@ struct M2dGraphBorderExtractSource2dGraph {
 };
 
 // The sink of a walk: appends contours to a layer.
-struct M2dGraphExtractContourLayer {
+struct KELVOR2D_API M2dGraphExtractContourLayer {
   CONTOUR_LAYER* layer;  // receives the contours; not owned
   CONTOUR* current;      // contour being written, null before the first
 
@@ -44,12 +45,15 @@ class M2dGraphBorderConvert {
   bool closed = false;                             // whether the chain in hand closes
   std::deque<DLIST_ELEMENT<M2dGraphLine>*> chain;  // lines of the chain in hand, in walking order
 
+  // Extract's level that stands for the level of the graph's first line.
+  static constexpr int16_t kLevelOfFirstLine = 32767;
+
   M2dGraphBorderConvert(Source* s, Sink* k) : source(s), sink(k) {}
   virtual ~M2dGraphBorderConvert() {}
 
-  // level 32767: the level of the first line. keepOpen: write chains that do
-  // not close as open contours (else drop them). segmentFlag goes to the
-  // segment finders. clearTarget: empty the sink first.
+  // level kLevelOfFirstLine: the level of the first line. keepOpen: write
+  // chains that do not close as open contours (else drop them). segmentFlag
+  // goes to the segment finders. clearTarget: empty the sink first.
   virtual void Extract(int16_t level, bool keepOpen, bool segmentFlag, bool clearTarget);
   // Called once per emitted chain, before its contour is begun.
   virtual void OnChainComplete() {}
@@ -66,8 +70,8 @@ class M2dGraphBorderConvert {
 };
 
 // Empties `layer` and writes into it every chain of the level of the graph's
-// first line, open chains included (Extract(32767, true, false, true)).
-void ExtractContourLayer(M2dBoolean* engine, CONTOUR_LAYER& layer);
+// first line, open chains included.
+KELVOR2D_API void ExtractContourLayer(M2dBoolean* engine, CONTOUR_LAYER& layer);
 
 namespace kelvor_extraction {
 // Exact coordinate of a point record: the fraction first, the whole part added.
@@ -84,7 +88,7 @@ void M2dGraphBorderConvert<Source, Sink>::Extract(int16_t level, bool keepOpen, 
   DLIST_ELEMENT<M2dGraphLine>* first = source->First();
   if (first == nullptr)
     return;
-  if (level == 32767)
+  if (level == kLevelOfFirstLine)
     level = first->line.level;
   for (DLIST_ELEMENT<M2dGraphLine>* n = first; n != nullptr; n = n->next) {
     n->line.status = static_cast<uint8_t>(n->line.status & ~kMarks);

@@ -2,6 +2,7 @@
 // the slice model (M2DSlice and its contour and vector layers).
 #pragma once
 
+#include "kelvor2d_export.h"
 #include "layer/contour_layer.h"
 #include "layer/layer.h"
 #include "layer/vector_layer.h"
@@ -15,36 +16,36 @@
 namespace M2DSliceConversions {
 
 // Replaces the layer by the slice contours; a slice contour without points gives no CONTOUR.
-void Convert(const M2DSliceContourLayer& source, CONTOUR_LAYER& target);
+KELVOR2D_API void Convert(const M2DSliceContourLayer& source, CONTOUR_LAYER& target);
 // Replaces the slice contours by the layer; a CONTOUR without points gives an empty slice contour.
-void Convert(const CONTOUR_LAYER& source, M2DSliceContourLayer& target);
+KELVOR2D_API void Convert(const CONTOUR_LAYER& source, M2DSliceContourLayer& target);
 // Replaces the layer by the slice blocks; blocks without vectors are left out.
-void Convert(const M2DSliceVectorLayer& source, VECTOR_LAYER& target);
+KELVOR2D_API void Convert(const M2DSliceVectorLayer& source, VECTOR_LAYER& target);
 // Replaces the slice blocks; a VECTOR_BLOK of Size 0 (or less) is left out, Size 1..3 gives an empty block.
-void Convert(const VECTOR_LAYER& source, M2DSliceVectorLayer& target);
+KELVOR2D_API void Convert(const VECTOR_LAYER& source, M2DSliceVectorLayer& target);
 // Replaces Contours (areas first, then the border) and Vectors, and sets Z to 0.
-void Convert(const M2DSlice& source, LAYER& target);
+KELVOR2D_API void Convert(const M2DSlice& source, LAYER& target);
 // Clears the slice (z and z area stay), then writes all contours to its border, and the vectors.
-void Convert(const LAYER& source, M2DSlice& target);
+KELVOR2D_API void Convert(const LAYER& source, M2DSlice& target);
 
 // Convert, then Z from the slice.
-void QuerySlice(const M2DSlice& slice, LAYER& layer);
+KELVOR2D_API void QuerySlice(const M2DSlice& slice, LAYER& layer);
 // The slice border alone; the areas are not read.
-void QuerySlice(const M2DSlice& slice, CONTOUR_LAYER& layer);
+KELVOR2D_API void QuerySlice(const M2DSlice& slice, CONTOUR_LAYER& layer);
 // The slice vectors.
-void QuerySlice(const M2DSlice& slice, VECTOR_LAYER& layer);
+KELVOR2D_API void QuerySlice(const M2DSlice& slice, VECTOR_LAYER& layer);
 
 // Convert, then SetZ(Z) unless the slice's z area is valid.
-void SetSlice(M2DSlice& slice, const LAYER& layer);
+KELVOR2D_API void SetSlice(M2DSlice& slice, const LAYER& layer);
 // Replaces the slice border only; the slice is not cleared.
-void SetSlice(M2DSlice& slice, const CONTOUR_LAYER& layer);
+KELVOR2D_API void SetSlice(M2DSlice& slice, const CONTOUR_LAYER& layer);
 // Replaces the slice vectors only; the slice is not cleared.
-void SetSlice(M2DSlice& slice, const VECTOR_LAYER& layer);
+KELVOR2D_API void SetSlice(M2DSlice& slice, const VECTOR_LAYER& layer);
 // As the const form; with empty true the LAYER is then emptied (LEEG_LAAG, Z 0).
-void SetSlice(M2DSlice& slice, LAYER& layer, bool empty);
+KELVOR2D_API void SetSlice(M2DSlice& slice, LAYER& layer, bool empty);
 // As the const form; with empty true the layer is then emptied by LEEG_LAAG.
-void SetSlice(M2DSlice& slice, CONTOUR_LAYER& layer, bool empty);
+KELVOR2D_API void SetSlice(M2DSlice& slice, CONTOUR_LAYER& layer, bool empty);
 // As the const form; with empty true the layer is then emptied by LEEG_LAAG.
-void SetSlice(M2DSlice& slice, VECTOR_LAYER& layer, bool empty);
+KELVOR2D_API void SetSlice(M2DSlice& slice, VECTOR_LAYER& layer, bool empty);
 
 }  // namespace M2DSliceConversions

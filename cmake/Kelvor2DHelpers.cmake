@@ -7,6 +7,20 @@ function(kelvor2d_apply_flags target)
                          -fno-strict-aliasing)
 endfunction()
 
+# Where the export header is generated, and the macro it defines: what a
+# shared build exports carries KELVOR2D_API, everything else stays hidden.
+set(KELVOR2D_GENERATED_DIR ${PROJECT_BINARY_DIR}/generated)
+set(KELVOR2D_EXPORT_HEADER ${KELVOR2D_GENERATED_DIR}/kelvor2d_export.h)
+
+function(kelvor2d_hide_symbols target)
+  set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  if(BUILD_SHARED_LIBS)
+    target_compile_definitions(${target} PRIVATE kelvor2d_EXPORTS)
+  else()
+    target_compile_definitions(${target} PUBLIC KELVOR2D_STATIC_DEFINE)
+  endif()
+endfunction()
+
 # kelvor2d_add_component(<name> SOURCES <files...> [HEADERS <files...>] [LIBS <targets...>])
 # Declares the object library kelvor2d_<name> (one topic of a subsystem) and
 # registers it for the public library. Tests link only the components they use.
@@ -14,8 +28,10 @@ function(kelvor2d_add_component name)
   cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LIBS" ${ARGN})
   set(target kelvor2d_${name})
   add_library(${target} OBJECT ${ARG_SOURCES} ${ARG_HEADERS})
-  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                              $<BUILD_INTERFACE:${KELVOR2D_GENERATED_DIR}>)
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ${BUILD_SHARED_LIBS})
+  kelvor2d_hide_symbols(${target})
   if(ARG_LIBS)
     target_link_libraries(${target} PUBLIC ${ARG_LIBS})
   endif()
@@ -37,7 +53,12 @@ function(kelvor2d_add_public_library)
   set_target_properties(kelvor2d PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION}
                                             SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME kelvor2d)
   target_include_directories(kelvor2d PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                             $<BUILD_INTERFACE:${KELVOR2D_GENERATED_DIR}>
                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvor2d>)
+  kelvor2d_hide_symbols(kelvor2d)
+  include(GenerateExportHeader)
+  generate_export_header(kelvor2d BASE_NAME KELVOR2D EXPORT_MACRO_NAME KELVOR2D_API
+                         EXPORT_FILE_NAME ${KELVOR2D_EXPORT_HEADER} STATIC_DEFINE KELVOR2D_STATIC_DEFINE)
   target_compile_features(kelvor2d PUBLIC cxx_std_17)
   list(REMOVE_DUPLICATES libs)
   if(libs)
@@ -66,7 +87,8 @@ function(kelvor2d_install)
           ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(FILES ${PROJECT_SOURCE_DIR}/kelvor2d.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvor2d)
+  install(FILES ${PROJECT_SOURCE_DIR}/kelvor2d.h ${KELVOR2D_EXPORT_HEADER}
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvor2d)
   foreach(dir IN LISTS KELVOR2D_SUBSYSTEM_DIRS)
     if(EXISTS ${PROJECT_SOURCE_DIR}/${dir}/CMakeLists.txt)
       install(DIRECTORY ${PROJECT_SOURCE_DIR}/${dir}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvor2d/${dir}

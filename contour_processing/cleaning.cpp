@@ -7,41 +7,15 @@
 #include <cstdlib>
 
 #include "geometry/grid_arithmetic.h"
+#include "layer/contour_chain.h"
 #include "layer/contour_layer.h"
 
-using namespace kelvor2d_detail;  // the internal grid helpers
+using namespace kelvor2d_detail;  // the internal grid and chain helpers
 
 namespace {
 
 constexpr unsigned short kLeastPointsKept = 2;
 constexpr unsigned short kLeastPointsAfterCompression = 3;
-
-// Unlinks every contour for which `doomed` holds, releases it, and keeps
-// FirstContour, LastContour and NumContours true.
-template <class Predicate>
-void RemoveContoursWhere(CONTOUR_LAYER& layer, Predicate doomed) {
-  CONTOUR* previous = nullptr;
-  CONTOUR* c = layer.FirstContour;
-  while (c != nullptr) {
-    CONTOUR* next = c->NextContour;
-    if (!doomed(*c)) {
-      previous = c;
-      c = next;
-      continue;
-    }
-    if (previous == nullptr) {
-      layer.FirstContour = next;
-    } else {
-      previous->NextContour = next;
-    }
-    if (layer.LastContour == c)
-      layer.LastContour = previous;
-    --layer.NumContours;
-    free(c->Points);
-    delete c;
-    c = next;
-  }
-}
 
 // Whether a contour is exempt from a size filter that spares non-holes.
 bool IsSpared(const CONTOUR& c, bool onlyInner) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "scan/tabel.h"
 
 // Enters the edge (x0,y0)-(x1,y1) into an X table as crossings (rounded y,
@@ -12,4 +13,5 @@
 // contourIndex -1 it only sets them up (1 for a vertical edge, which changes
 // nothing, else 0). Otherwise 0 for an edge parallel to the columns, else 1.
 // Not re-entrant.
-int32_t TEST_LIJNSTUK(int32_t x0, int32_t y0, int32_t x1, int32_t y1, int32_t contourIndex, TABEL_2 table);
+KELVOR2D_API int32_t TEST_LIJNSTUK(int32_t x0, int32_t y0, int32_t x1, int32_t y1, int32_t contourIndex,
+                                   TABEL_2 table);

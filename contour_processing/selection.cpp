@@ -1,18 +1,14 @@
 // Selecting contours by a point or a box: the nearest contour, the contours
 // in a box and the contours that a box reaches.
-#include "contour_processing/selection.h"
-
 #include <cstdlib>
 
-#include "vectors/closest.h"
-#include "vectors/editing.h"
+#include "geometry/segment_tests.h"
+#include "layer/contour_chain.h"
+#include "layer/contour_layer.h"
+
+using namespace kelvor2d_detail;  // the contour chain helpers
 
 namespace {
-
-void ReleaseContour(CONTOUR* c) {
-  c->Clear();
-  delete c;
-}
 
 // Edge i of the contour: from point i to point i + 1, the last one closing.
 void EdgeEnds(const CONTOUR& c, int32_t i, MMPoint2d<long>& a, MMPoint2d<long>& b) {
@@ -31,18 +27,27 @@ void AppendEdges(const CONTOUR& c, MMPoint2d<long>* out, int32_t& count) {
 // Whether the contour's bounding box lies in the box, bounds included; a
 // contour without points has empty extents, and so lies in every box.
 bool ContourInBox(const CONTOUR& c, const BOX& box) {
-  int32_t minX = kEmptyExtentMin, minY = kEmptyExtentMin, maxX = kEmptyExtentMax, maxY = kEmptyExtentMax;
-  for (int32_t i = 0; i < c.NumPoints; ++i) {
-    if (c.Points[i].x < minX)
-      minX = c.Points[i].x;
-    if (c.Points[i].y < minY)
-      minY = c.Points[i].y;
-    if (c.Points[i].x > maxX)
-      maxX = c.Points[i].x;
-    if (c.Points[i].y > maxY)
-      maxY = c.Points[i].y;
-  }
-  return minX >= box.MinX && minY >= box.MinY && maxX <= box.MaxX && maxY <= box.MaxY;
+  BOX extents;
+  ResetExtents(extents);
+  for (int32_t i = 0; i < c.NumPoints; ++i)
+    GrowExtents(extents, c.Points[i].x, c.Points[i].y);
+  return extents.MinX >= box.MinX && extents.MinY >= box.MinY && extents.MaxX <= box.MaxX &&
+         extents.MaxY <= box.MaxY;
+}
+
+// Normalises the box, releases the contours that meet(contour, box) picks
+// (the rest end in reverse order) and recomputes the extents.
+template <class Meets>
+bool RemoveContoursByBox(CONTOUR_LAYER& layer, BOX& box, Meets meets) {
+  NormaliseBox(box);
+  const bool removed = TakeContoursReversingRest(layer, [&box, meets](CONTOUR* c) {
+    if (!meets(*c, box))
+      return false;
+    ReleaseContour(c);
+    return true;
+  });
+  layer.BEPAAL_EXTREMA();
+  return removed;
 }
 
 }  // namespace
@@ -110,25 +115,9 @@ MMPoint2d<long>* CONTOUR_LAYER::GET_CONTOURS_IN_BOX(int32_t& count, BOX& box) {
 }
 
 bool CONTOUR_LAYER::REMOVE_CONTOURS_IN_BOX(BOX& box) {
-  NormaliseBox(box);
-  const bool removed = TakeContoursReversingRest(*this, [&box](CONTOUR* c) {
-    if (!ContourInBox(*c, box))
-      return false;
-    ReleaseContour(c);
-    return true;
-  });
-  BEPAAL_EXTREMA();
-  return removed;
+  return RemoveContoursByBox(*this, box, ContourInBox);
 }
 
 bool CONTOUR_LAYER::VERWIJDER_CONTOUREN_DOOR_BOX(BOX& box) {
-  NormaliseBox(box);
-  const bool removed = TakeContoursReversingRest(*this, [&box](CONTOUR* c) {
-    if (!ContourHitsBox(*c, box))
-      return false;
-    ReleaseContour(c);
-    return true;
-  });
-  BEPAAL_EXTREMA();
-  return removed;
+  return RemoveContoursByBox(*this, box, ContourHitsBox);
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/contour_layer.h"
 #include "layer/vector_layer.h"
 #include "scan/tabel.h"
@@ -12,7 +13,7 @@
 
 // A hatcher with no data of its own: the hatch layer (result and direction),
 // the shift and the sweep list live in the base.
-class MHatcher : public MHatcherBase {
+class KELVOR2D_API MHatcher : public MHatcherBase {
  public:
   MHatcher() = default;
   ~MHatcher() override = default;
@@ -46,16 +47,16 @@ class MHatcher : public MHatcherBase {
 
 // Appends one block of `type` (sign-extended) holding the hatch layer's
 // vectors mapped back to the layer frame; nothing for an empty hatch layer.
-void AddHatchLayerToVectorLayer(MHatchLayer& hatchLayer, VECTOR_LAYER& layer, char type);
+KELVOR2D_API void AddHatchLayerToVectorLayer(MHatchLayer& hatchLayer, VECTOR_LAYER& layer, char type);
 
 namespace MHatchLayerUtilities {
 
 // Adds the runs of an X table as hatch vectors, alternating their direction
 // column by column (empty columns count); a null List counts as empty.
-void ADD_TABEL(MHatchLayer* hatchLayer, TABEL& table);
+KELVOR2D_API void ADD_TABEL(MHatchLayer* hatchLayer, TABEL& table);
 // Puts rectangles of `width` across the hatch lines (every `distance` from
 // `offset`) at the head of `result`. A width or distance not positive adds nothing.
-void GetFragmentTemplate(MHatchLayer* hatchLayer, CONTOUR_LAYER* result, int32_t width, int32_t distance,
-                         int32_t offset);
+KELVOR2D_API void GetFragmentTemplate(MHatchLayer* hatchLayer, CONTOUR_LAYER* result, int32_t width,
+                                      int32_t distance, int32_t offset);
 
 }  // namespace MHatchLayerUtilities

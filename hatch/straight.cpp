@@ -94,9 +94,3 @@ bool VECTOR_LAYER::ADD_Y_ARCERING_ONDER(TABEL& table, MSliceFileParameters& para
 bool VECTOR_LAYER::ADD_Y_ARCERING_BOVEN(TABEL& table, MSliceFileParameters& parameters, char type) {
   return AddStraightHatching(*this, table, parameters, type, {Axis::kY, false});
 }
-
-void VECTOR_LAYER::ADD_VECTOR_BLOK(VECTOR_BLOK* block) {
-  AddBlockAtEnd(block);
-  for (int32_t i = 0; i + 1 < block->Size; i += 2)
-    GrowExtents(*this, block->Block[i], block->Block[i + 1]);
-}

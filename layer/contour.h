@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/values.h"
 
 class CONTOUR_LAYER;
@@ -14,7 +15,7 @@ constexpr unsigned char kNotDetermined = 7;
 // Plain record with public fields; no copy of its own (copying the record
 // shares Points). The destructor releases nothing: call Clear on a contour
 // that is not in a layer, and let the layer release the ones it holds.
-class CONTOUR {
+class KELVOR2D_API CONTOUR {
  public:
   unsigned char Outer = kNotDetermined;        // 1 outer, 0 hole, 7 not determined
   unsigned char RightHanded = kNotDetermined;  // 1 clockwise (y up), 0 counter-clockwise, 7 not determined

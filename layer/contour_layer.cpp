@@ -5,12 +5,12 @@
 #include <new>
 #include <utility>
 
-namespace {
+#include "layer/chain.h"
+#include "layer/contour_chain.h"
 
-void ReleaseContour(CONTOUR* c) {
-  free(c->Points);
-  delete c;
-}
+using namespace kelvor2d_detail;  // the chain helpers
+
+namespace {
 
 // A fresh contour with the attributes and points of `source`; the array is
 // null when the source has no points and `arrayForEmpty` is false. Null
@@ -37,6 +37,10 @@ CONTOUR* DeepCopy(const CONTOUR& source, bool arrayForEmpty, CONTOUR** partial) 
   if (n > 0)
     memcpy(copy->Points, source.Points, sizeof(MMPoint2d<long>) * n);
   return copy;
+}
+
+CONTOUR*& ContourLink(CONTOUR* c) {
+  return c->NextContour;
 }
 
 void GrowByContour(CONTOUR_LAYER& layer, const CONTOUR& c) {
@@ -78,10 +82,7 @@ void CONTOUR_LAYER::LEEG_LAAG() {
 }
 
 void CONTOUR_LAYER::SwapWith(CONTOUR_LAYER& other) {
-  std::swap(MaxX, other.MaxX);
-  std::swap(MaxY, other.MaxY);
-  std::swap(MinX, other.MinX);
-  std::swap(MinY, other.MinY);
+  SwapExtents(*this, other);
   std::swap(NumContours, other.NumContours);
   std::swap(FirstContour, other.FirstContour);
   std::swap(LastContour, other.LastContour);
@@ -125,28 +126,17 @@ CONTOUR* CONTOUR_LAYER::RemoveContour(CONTOUR*& c, bool destroy) {
   if (target == nullptr)
     return nullptr;
   target->Owner = nullptr;
-  CONTOUR* previous = nullptr;
-  CONTOUR* walk = FirstContour;
-  while (walk != nullptr && walk != target) {
-    previous = walk;
-    walk = walk->NextContour;
-  }
-  if (walk == nullptr)
+  const Unlinked<CONTOUR> unlinked = UnlinkFromChain(FirstContour, target, ContourLink);
+  if (!unlinked.found)
     return nullptr;
-  CONTOUR* successor = target->NextContour;
   if (target == LastContour)
-    LastContour = previous;
-  if (previous == nullptr) {
-    FirstContour = successor;
-  } else {
-    previous->NextContour = successor;
-  }
+    LastContour = unlinked.previous;
   --NumContours;
   if (destroy) {
     ReleaseContour(target);
     c = nullptr;
   }
-  return successor;
+  return unlinked.successor;
 }
 
 bool CONTOUR_LAYER::COPIEER_LAAG(CONTOUR_LAYER& source) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/contour.h"
 #include "layer/values.h"
 
@@ -10,7 +11,7 @@
 // (nodes from new, point arrays from malloc). The destructor releases nothing:
 // Clear or LEEG_LAAG ends a layer. A by-value copy shares the chain and owns
 // nothing.
-class CONTOUR_LAYER {
+class KELVOR2D_API CONTOUR_LAYER {
  public:
   // Extents; a cache, exact after BEPAAL_EXTREMA. Empty: maxima INT32_MIN,
   // minima INT32_MAX.

@@ -9,10 +9,7 @@ void LAYER::LEEG_LAAG() {
 }
 
 void LAYER::SwapWith(LAYER& other) {
-  std::swap(MaxX, other.MaxX);
-  std::swap(MaxY, other.MaxY);
-  std::swap(MinX, other.MinX);
-  std::swap(MinY, other.MinY);
+  SwapExtents(*this, other);
   std::swap(Z, other.Z);
   Contours.SwapWith(other.Contours);
   Vectors.SwapWith(other.Vectors);

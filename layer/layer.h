@@ -3,13 +3,14 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/contour_layer.h"
 #include "layer/values.h"
 #include "layer/vector_layer.h"
 
 // Plain record with public fields. The destructor releases nothing: Clear or
 // MoveTo releases what the members hold.
-class LAYER {
+class KELVOR2D_API LAYER {
  public:
   // Joint extents of both members; a cache, exact after BEPAAL_EXTREMA.
   int32_t MaxX = kEmptyExtentMax;

@@ -4,6 +4,9 @@
 
 #include <cmath>
 #include <cstdint>
+#include <utility>
+
+#include "kelvor2d_export.h"
 
 // A point of two coordinates. The integer instance MMPoint2d<long> holds two
 // 32-bit coordinates whatever the width of the build's long, so that an array
@@ -59,7 +62,7 @@ static_assert(sizeof(MMPoint3d<float>) == 12, "a float point in space is three f
 
 // A rectangle. Callers may give the corners in any order; operations that take
 // a BOX by reference normalise it in the caller's object (see NormaliseBox).
-struct BOX {
+struct KELVOR2D_API BOX {
   int32_t MinX;
   int32_t MinY;
   int32_t MaxX;
@@ -118,6 +121,15 @@ inline void MergeExtents(Into& into, const From& from) {
     into.MaxX = from.MaxX;
   if (from.MaxY > into.MaxY)
     into.MaxY = from.MaxY;
+}
+
+// Exchanges the extents of two records.
+template <class Extents>
+inline void SwapExtents(Extents& a, Extents& b) {
+  std::swap(a.MaxX, b.MaxX);
+  std::swap(a.MaxY, b.MaxY);
+  std::swap(a.MinX, b.MinX);
+  std::swap(a.MinY, b.MinY);
 }
 
 template <class Extents>

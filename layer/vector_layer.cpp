@@ -4,11 +4,21 @@
 #include <cstring>
 #include <utility>
 
+#include "layer/chain.h"
+
+using namespace kelvor2d_detail;  // the chain helpers
+
 namespace {
+
 void ReleaseBlock(VECTOR_BLOK* b) {
   free(b->Block);
   delete b;
 }
+
+VECTOR_BLOK*& BlockLink(VECTOR_BLOK* b) {
+  return b->NextBlock;
+}
+
 }  // namespace
 
 void VECTOR_BLOK::Clear() {
@@ -56,10 +66,7 @@ void VECTOR_LAYER::LEEG_LAAG() {
 }
 
 void VECTOR_LAYER::SwapWith(VECTOR_LAYER& other) {
-  std::swap(MaxX, other.MaxX);
-  std::swap(MaxY, other.MaxY);
-  std::swap(MinX, other.MinX);
-  std::swap(MinY, other.MinY);
+  SwapExtents(*this, other);
   std::swap(NumBlocks, other.NumBlocks);
   std::swap(FirstBlock, other.FirstBlock);
 }
@@ -96,30 +103,23 @@ void VECTOR_LAYER::AddBlockAfter(VECTOR_BLOK* b, VECTOR_BLOK* after) {
   ++NumBlocks;
 }
 
+void VECTOR_LAYER::ADD_VECTOR_BLOK(VECTOR_BLOK* block) {
+  AddBlockAtEnd(block);
+  for (int32_t i = 0; i + 1 < block->Size; i += 2)
+    GrowExtents(*this, block->Block[i], block->Block[i + 1]);
+}
+
 VECTOR_BLOK* VECTOR_LAYER::RemoveBlock(VECTOR_BLOK*& b, bool destroy) {
   VECTOR_BLOK* target = b;
-  if (FirstBlock == nullptr || target == nullptr)
+  const Unlinked<VECTOR_BLOK> unlinked = UnlinkFromChain(FirstBlock, target, BlockLink);
+  if (!unlinked.found)
     return nullptr;
-  VECTOR_BLOK* previous = nullptr;
-  VECTOR_BLOK* walk = FirstBlock;
-  while (walk != nullptr && walk != target) {
-    previous = walk;
-    walk = walk->NextBlock;
-  }
-  if (walk == nullptr)
-    return nullptr;
-  VECTOR_BLOK* successor = target->NextBlock;
-  if (previous == nullptr) {
-    FirstBlock = successor;
-  } else {
-    previous->NextBlock = successor;
-  }
   --NumBlocks;
   if (destroy) {
     ReleaseBlock(target);
     b = nullptr;
   }
-  return successor;
+  return unlinked.successor;
 }
 
 bool VECTOR_LAYER::COPIEER_VECTOR_LAYER(const VECTOR_LAYER& source) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/values.h"
 
 // Vector type codes the library itself names.
@@ -16,7 +17,7 @@ constexpr unsigned char kVectorTypeAll = 255;   // argument selecting every type
 // A block of vectors of one type. Block holds x1, y1, x2, y2 per vector; a
 // polyline is a run of vectors each starting where the one before ended. The
 // destructor releases nothing.
-class VECTOR_BLOK {
+class KELVOR2D_API VECTOR_BLOK {
  public:
   uint16_t Type = 0;                 // vector type of every vector in the block
   int32_t Size = 0;                  // number of 32-bit coordinates in Block (4 per vector)
@@ -50,7 +51,7 @@ class VECTOR_BLOK {
 
 // The chain of all blocks of a layer. Owns its blocks; no destructor of its
 // own: Clear or LEEG_LAAG ends a layer. A by-value copy owns nothing.
-class VECTOR_LAYER {
+class KELVOR2D_API VECTOR_LAYER {
  public:
   // Extents; a cache, exact after BEPAAL_EXTREMA. Empty: maxima INT32_MIN,
   // minima INT32_MAX.
@@ -83,6 +84,9 @@ class VECTOR_LAYER {
   // Unlinks *b and returns its successor; null when *b is not in this layer.
   // With destroy, releases it and nulls the caller's pointer.
   VECTOR_BLOK* RemoveBlock(VECTOR_BLOK*& b, bool destroy);
+  // Appends `block` (its own NextBlock is cleared), takes ownership, and grows
+  // the extents by its Size / 2 points: how every generator hands over a block.
+  void ADD_VECTOR_BLOK(VECTOR_BLOK* block);
   // Appends deep copies of the source's blocks and merges the extents; true.
   bool COPIEER_VECTOR_LAYER(const VECTOR_LAYER& source);
   // Exact extents over both ends of every vector.
@@ -139,9 +143,6 @@ class VECTOR_LAYER {
   // The same on a Y table: ONDER from the last column down, BOVEN upwards.
   bool ADD_Y_ARCERING_ONDER(class TABEL& table, struct MSliceFileParameters& parameters, char type);
   bool ADD_Y_ARCERING_BOVEN(class TABEL& table, struct MSliceFileParameters& parameters, char type);
-  // Appends `block` (its own NextBlock is cleared), takes ownership, and grows
-  // the extents by its Size / 2 points.
-  void ADD_VECTOR_BLOK(VECTOR_BLOK* block);
 
   // ---- support hatching (hatch/support.cpp) ----
   // Straight hatching of both tables in an order that, with CycleHatchOrder,

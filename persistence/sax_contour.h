@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "kelvor2d_export.h"
 #include "layer/contour.h"
 #include "sibling/sax/sax_persist.h"
 
@@ -17,7 +18,7 @@ constexpr int32_t kMaxPersistedPoints = int32_t{1} << 24;
 
 // Writes or fills one CONTOUR: "Contour" with "Type", "Closed", "Outer",
 // "RightHanded" and "Points" ("Dim", "DataType", "Count", "Data").
-class MSaxContour : public ISAXPersistHelper {
+class KELVOR2D_API MSaxContour : public ISAXPersistHelper {
  public:
   CONTOUR* contour;        // the contour written or filled; not owned
   char const* streamName;  // name for the binary stream, null for the default; not owned

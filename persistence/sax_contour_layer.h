@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "kelvor2d_export.h"
 #include "layer/contour_layer.h"
 #include "sibling/sax/sax_persist.h"
 #include "sibling/sax/sax_reader.h"
@@ -16,7 +17,7 @@
 // The handler of a whole layer. Reading replaces what the layer held; each
 // contour is adopted at the front when its "Contour" closes, with the extents
 // recomputed, so the layer always holds exactly the contours read completely.
-class MSaxContourLayer : public ISAXPersistHelper {
+class KELVOR2D_API MSaxContourLayer : public ISAXPersistHelper {
  public:
   char const* streamName;   // name for the binary streams, null for the default; not owned
   CONTOUR* currentContour;  // the contour being read, null when none is under construction

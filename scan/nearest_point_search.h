@@ -13,38 +13,44 @@
 // candidate.
 #pragma once
 
+#include "kelvor2d_export.h"
 #include "layer/number_lists.h"
 #include "scan/tabel.h"
 
 // Same column, then the next column with crossings towards higher positions;
 // single-precision distances.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS(TABEL* table, TABEL* column, TABEL** foundColumn,
-                                               L_LIST* pair);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                                            L_LIST* pair);
 // Same column, then the next column with crossings towards lower positions.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_LINKS(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_LINKS(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                                           L_LIST* pair);
 // The Y-table names of RECHTS and LINKS.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_BOVEN(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair);
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_ONDER(TABEL* table, TABEL* column, TABEL** foundColumn, L_LIST* pair);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_BOVEN(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                                           L_LIST* pair);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_ONDER(TABEL* table, TABEL* column, TABEL** foundColumn,
+                                                           L_LIST* pair);
 
 // Only the next column with crossings towards higher positions; the distance
 // is rooted in double precision.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS(TABEL* table, TABEL* column, TABEL** foundColumn,
-                                                     L_LIST* pair);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS(TABEL* table, TABEL* column,
+                                                                  TABEL** foundColumn, L_LIST* pair);
 // Only the next column with crossings towards lower positions.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS(TABEL* table, TABEL* column, TABEL** foundColumn,
-                                                    L_LIST* pair);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS(TABEL* table, TABEL* column,
+                                                                 TABEL** foundColumn, L_LIST* pair);
 
 // As ENKEL_RECHTS, but each column's parity (with `invert`) fixes which end of
 // its runs is the entry; nothing is exchanged. entryAtFirst receives whether
 // the found run is entered at its first element. A table with a zero grid step
 // (its two last columns at one position) gives null and changes nothing.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS_ANDERE_RICHTING(TABEL* table, TABEL* column,
-                                                                     TABEL** foundColumn, L_LIST* pair,
-                                                                     bool invert, bool& entryAtFirst);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS_ANDERE_RICHTING(TABEL* table, TABEL* column,
+                                                                                  TABEL** foundColumn,
+                                                                                  L_LIST* pair, bool invert,
+                                                                                  bool& entryAtFirst);
 // As ENKEL_LINKS, with the entry fixed by the column's parity.
-L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(TABEL* table, TABEL* column,
-                                                                    TABEL** foundColumn, L_LIST* pair,
-                                                                    bool invert, bool& entryAtFirst);
+KELVOR2D_API L_LIST* ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING(TABEL* table, TABEL* column,
+                                                                                 TABEL** foundColumn,
+                                                                                 L_LIST* pair, bool invert,
+                                                                                 bool& entryAtFirst);
 
 // The searches of ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING
 // over one table, for a caller that only unlinks runs between searches (no

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/number_lists.h"
 #include "scan/tabel.h"
 
@@ -13,9 +14,9 @@
 // already in `extra` crosses strictly inside. True when some run called for a
 // line. A table without columns, a null `extra` or a distance that is not
 // positive gives false and adds nothing; an unpaired last crossing is ignored.
-bool EXTRA_GRID_LIJNEN(L_LIST* extra, TABEL table, int32_t start, int32_t distance);
+KELVOR2D_API bool EXTRA_GRID_LIJNEN(L_LIST* extra, TABEL table, int32_t start, int32_t distance);
 
 // Removes from `extra` each value whose column of `table` holds no crossing;
 // stops at the first value that has no column, keeping the rest. A null
 // `extra` or an empty table does nothing.
-void FILTER_EXTRA_LIJST(L_LIST* extra, TABEL table);
+KELVOR2D_API void FILTER_EXTRA_LIJST(L_LIST* extra, TABEL table);

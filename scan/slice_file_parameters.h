@@ -4,9 +4,11 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
+
 // Plain record with public fields; a default-constructed record has every
 // field zero or false. Distances and lengths are in internal units.
-struct MSliceFileParameters {
+struct KELVOR2D_API MSliceFileParameters {
   int32_t XHatchDistance = 0;  // distance between X-table columns, >= 0; 0 means no X table
   int32_t YHatchDistance = 0;  // distance between Y-table columns, >= 0; 0 means no Y table
   int32_t XHatchShift = 0;     // first X-table column when the grid does not alternate

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "layer/number_lists.h"
 #include "layer/values.h"
 
@@ -16,7 +17,7 @@ constexpr int32_t kTailSentinelPosition = INT32_MAX;
 
 // Plain record with public fields and no constructor of its own; a fresh
 // record is an empty root. A by-value copy of a root shares its columns.
-class TABEL {
+class KELVOR2D_API TABEL {
  public:
   // Column: position of the scan line (internal units); sentinels INT32_MIN and
   // INT32_MAX. Root: number of real columns, sentinels not counted.
@@ -34,7 +35,7 @@ class TABEL {
 
 // The same chain with tagged crossings (Value, Second), for orientation and
 // nesting.
-class TABEL_2 {
+class KELVOR2D_API TABEL_2 {
  public:
   int32_t Position = 0;      // as TABEL::Position
   TABEL_2* Prev = nullptr;   // as TABEL::Prev
@@ -45,8 +46,8 @@ class TABEL_2 {
 // Adds a column with an empty list at `position`; a first column also builds
 // the two sentinels. Among equal positions the newest column comes first.
 // When memory runs out nothing is added and the table stays as it was.
-void VOEG_KOLOM_IN_TABEL(TABEL* root, int32_t position);
-void VOEG_KOLOM_IN_TABEL_2(TABEL_2* root, int32_t position);
+KELVOR2D_API void VOEG_KOLOM_IN_TABEL(TABEL* root, int32_t position);
+KELVOR2D_API void VOEG_KOLOM_IN_TABEL_2(TABEL_2* root, int32_t position);
 // As VOEG_KOLOM_IN_TABEL, for a caller adding columns one after another:
 // `last` is the column this function returned on the previous call (null at
 // first). When the new position is not below it, the place is looked for from
@@ -57,27 +58,27 @@ TABEL* AddColumnAfterLast(TABEL* root, int32_t position, TABEL* last);
 
 // Frees every column (sentinels included) with its list; the root is left
 // empty (Position 0, Next null).
-void LEEG_TABEL(TABEL* root);
-void LEEG_TABEL_2(TABEL_2* root);
+KELVOR2D_API void LEEG_TABEL(TABEL* root);
+KELVOR2D_API void LEEG_TABEL_2(TABEL_2* root);
 
 // Deep copy of `source` into `destination`, which is overwritten without being
 // freed. A source column with a null List is first given an empty list of its
 // own (also the first column, which would otherwise be read through null).
 // When memory runs out the copy ends with the columns copied so far.
-void COPIEER_TABEL(TABEL* destination, TABEL source);
+KELVOR2D_API void COPIEER_TABEL(TABEL* destination, TABEL source);
 
 // Unlinks *column from its neighbours and frees the column and its list head;
 // the list's elements are not freed, *column is left dangling, and the root's
 // count and Next are the caller's to mend. A null or sentinel column is ignored.
-void HAAL_LIJST_UIT_TABEL(TABEL** column);
+KELVOR2D_API void HAAL_LIJST_UIT_TABEL(TABEL** column);
 
 // Widens `box` to hold every crossing of an X table (Position is x, values y),
 // or of a Y table (Position is y, values x). Columns without a crossing and a
 // null root leave the box alone.
-void BEPAAL_X_EXTREMA(TABEL* root, BOX& box);
-void BEPAAL_Y_EXTREMA(TABEL* root, BOX& box);
+KELVOR2D_API void BEPAAL_X_EXTREMA(TABEL* root, BOX& box);
+KELVOR2D_API void BEPAAL_Y_EXTREMA(TABEL* root, BOX& box);
 
 // Cuts every column into pieces of `pieceLength` with gaps of `gapLength`, one
 // phase for the whole table. A null root, or pieceLength + gapLength not
 // positive, does nothing.
-void BREEK_TABEL(TABEL* root, int32_t pieceLength, int32_t gapLength);
+KELVOR2D_API void BREEK_TABEL(TABEL* root, int32_t pieceLength, int32_t gapLength);

@@ -207,7 +207,8 @@ struct RunCursor {
   }
 };
 
-// A starts first: a1 < b1.
+// A starts first: a1 < b1. Either table may lead, so A and B name the roles
+// here, not the operands of RemoveCommonRuns.
 void CutWhereFirstLeads(RunCursor& A, RunCursor& B) {
   const int32_t a2 = A.End(), b1 = B.Start(), b2 = B.End();
   if (a2 <= b1) {
@@ -242,26 +243,6 @@ void CutWhereBothStart(RunCursor& A, RunCursor& B) {
   }
 }
 
-// B starts first: a1 > b1.
-void CutWhereSecondLeads(RunCursor& A, RunCursor& B) {
-  const int32_t a1 = A.Start(), a2 = A.End(), b2 = B.End();
-  if (b2 <= a1) {
-    B.Step();
-  } else if (b2 < a2) {
-    B.End() = a1;
-    A.Start() = b2;
-    B.Step();
-  } else if (b2 == a2) {
-    B.End() = a1;
-    A.Delete();
-    B.Step();
-  } else {
-    B.End() = a1;
-    B.InsertBehindAndTakeIt(a2, b2);
-    A.Delete();
-  }
-}
-
 void RemoveCommonRuns(L_LIST* first, L_LIST* second) {
   RunCursor A = {first, first};
   RunCursor B = {second, second};
@@ -271,7 +252,7 @@ void RemoveCommonRuns(L_LIST* first, L_LIST* second) {
     } else if (A.Start() == B.Start()) {
       CutWhereBothStart(A, B);
     } else {
-      CutWhereSecondLeads(A, B);
+      CutWhereFirstLeads(B, A);  // B starts first: the same cut, roles swapped
     }
   }
 }

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # The whole test suite: a warnings-as-errors build with ctest, the same under
 # AddressSanitizer + UndefinedBehaviorSanitizer (float-cast-overflow included)
-# with leak checking, a consumer project built against the installed package,
-# and a short run of every fuzzer. Exits non-zero on the first failure.
+# with leak checking, a consumer project built against the installed package
+# (static, then shared, whose exported symbols are checked), and a short run of
+# every fuzzer. Exits non-zero on the first failure.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 out=${KELVOR2D_TEST_DIR:-$root/build-test}
@@ -31,6 +32,17 @@ cmake --install "$out/release" >/dev/null
 cmake -S "$root/tests/consumer" -B "$out/consumer" -DCMAKE_PREFIX_PATH="$out/install"
 cmake --build "$out/consumer" -j "$jobs"
 "$out/consumer/kelvor2d-consumer"
+
+step "consumer project against an installed shared build"
+cmake -S "$root" -B "$out/shared" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_SHARED_LIBS=ON \
+  -DKELVOR2D_BUILD_TESTS=OFF -DKELVOR2D_BUILD_EXAMPLES=OFF -DCMAKE_INSTALL_PREFIX="$out/install-shared"
+cmake --build "$out/shared" -j "$jobs"
+"$root/scripts/check_exports.sh" "$out/shared"
+cmake --install "$out/shared" >/dev/null
+cmake -S "$root/tests/consumer" -B "$out/consumer-shared" -DCMAKE_PREFIX_PATH="$out/install-shared"
+cmake --build "$out/consumer-shared" -j "$jobs"
+ldd "$out/consumer-shared/kelvor2d-consumer" | grep -q 'libkelvor2d\.so'
+"$out/consumer-shared/kelvor2d-consumer"
 
 if [ -x "$root/scripts/fuzz.sh" ]; then
   step "short fuzzing run"

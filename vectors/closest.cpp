@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "geometry/grid_arithmetic.h"
+#include "geometry/segment_tests.h"
 #include "layer/layer.h"
 #include "vectors/editing.h"
 
@@ -24,40 +25,6 @@ bool IsSelectable(const VECTOR_BLOK* b) {
 
 bool IsFromContour(const VECTOR_BLOK* b) {
   return b->Type == kVectorTypeFromContour;
-}
-
-// Clamps v into the range spanned by a and b.
-int32_t ClampBetween(int32_t v, int32_t a, int32_t b) {
-  const int32_t low = a < b ? a : b;
-  const int32_t high = a < b ? b : a;
-  return v < low ? low : (v > high ? high : v);
-}
-
-float SquaredFloat(float dx, float dy) {
-  return dx * dx + dy * dy;
-}
-
-// Foot of the perpendicular from p on the slanted line a-b, kept within the
-// segment: beyond a it becomes a, then beyond b it becomes b.
-void FindSlantedFoot(int32_t px, int32_t py, int32_t ax, int32_t ay, int32_t bx, int32_t by, float& fx,
-                     float& fy) {
-  const float m = static_cast<float>(Sub32(by, ay)) / static_cast<float>(Sub32(bx, ax));
-  const float n = -1.0f / m;
-  const float c = static_cast<float>(ay) - static_cast<float>(ax) * m;
-  const float d = static_cast<float>(py) - static_cast<float>(px) * n;
-  fx = (d - c) / (m - n);
-  fy = (d * m - n * c) / (m - n);
-  const float fax = static_cast<float>(ax), fay = static_cast<float>(ay);
-  const float fbx = static_cast<float>(bx), fby = static_cast<float>(by);
-  const bool rising = ax < bx;
-  if (rising ? fx < fax : fx > fax) {
-    fx = fax;
-    fy = fay;
-  }
-  if (rising ? fx > fbx : fx < fbx) {
-    fx = fbx;
-    fy = fby;
-  }
 }
 
 // The best vector of a scan: its block and index, squared distance and flag.
@@ -156,34 +123,6 @@ bool HasCoordinates(const VECTOR_LAYER& layer) {
 }
 
 }  // namespace
-
-float KWADRAAT_AFSTAND_TOT_LIJNSTUK(int32_t px, int32_t py, int32_t ax, int32_t ay, int32_t bx, int32_t by,
-                                    bool& nearEnd) {
-  nearEnd = false;
-  if (ax == bx && ay == by)
-    return kNoDistance;
-  float fx = 0.0f, fy = 0.0f;
-  if (ay == by) {
-    fx = static_cast<float>(ClampBetween(px, ax, bx));
-    fy = static_cast<float>(ay);
-  } else if (ax == bx) {
-    fx = static_cast<float>(ax);
-    fy = static_cast<float>(ClampBetween(py, ay, by));
-  } else {
-    FindSlantedFoot(px, py, ax, ay, bx, by, fx, fy);
-  }
-  const float toA = SquaredFloat(static_cast<float>(Sub32(ax, px)), static_cast<float>(Sub32(ay, py)));
-  const float toB = SquaredFloat(static_cast<float>(Sub32(bx, px)), static_cast<float>(Sub32(by, py)));
-  nearEnd = toA > toB;
-  return SquaredFloat(fx - static_cast<float>(px), fy - static_cast<float>(py));
-}
-
-int32_t TruncatedDistance(float squared) {
-  const float root = sqrtf(squared);
-  if (!(root < 2147483648.0f))
-    return INT32_MIN;
-  return Truncate(root);
-}
 
 unsigned short ZOEK_DICHTSTE_LIJNSTUK_IN_VECTOR_LAYER(VECTOR_LAYER& layer, MMPoint2d<long> point,
                                                       int32_t*& x1, int32_t*& y1, int32_t*& x2, int32_t*& y2,

@@ -5,18 +5,16 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "contour_processing/selection.h"
+#include "geometry/segment_tests.h"
+#include "layer/contour_chain.h"
 #include "vectors/editing.h"
+
+using namespace kelvor2d_detail;  // the contour chain helpers
 
 namespace {
 
 // Largest Size of a block made by merging blocks of one type.
 constexpr int32_t kMaxMergedCoordinates = 60000;
-
-void ReleaseContour(CONTOUR* c) {
-  c->Clear();
-  delete c;
-}
 
 // Puts a contour in front of the layer's chain without adopting it (Owner
 // stays as it is) and without counting it.
@@ -160,20 +158,7 @@ void FlattenSpikes(CONTOUR& c, int32_t start, const SpikeFrame& frame, int64_t r
 }  // namespace
 
 void RemoveContoursBelow(CONTOUR_LAYER& layer, int32_t minPoints) {
-  CONTOUR* previous = nullptr;
-  CONTOUR* c = layer.FirstContour;
-  while (c != nullptr) {
-    CONTOUR* next = c->NextContour;
-    if (c->NumPoints >= minPoints) {
-      previous = c;
-    } else {
-      (previous == nullptr ? layer.FirstContour : previous->NextContour) = next;
-      ReleaseContour(c);
-      --layer.NumContours;
-    }
-    c = next;
-  }
-  layer.LastContour = previous;
+  RemoveContoursWhere(layer, [minPoints](const CONTOUR& c) { return c.NumPoints < minPoints; });
 }
 
 void AddContourAsVectors(VECTOR_LAYER& vectors, const CONTOUR& contour, bool closing) {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "geometry/grid_arithmetic.h"
+#include "geometry/segment_tests.h"
 
 using namespace kelvor2d_detail;  // the internal grid helpers
 
@@ -41,13 +42,6 @@ void FillCirclePoints(int32_t* points, int32_t vectors, int32_t radius, int32_t 
   }
 }
 
-// Which side of the segment's line a corner lies on: +1, or -1 when negative.
-// A side of 0, and the undefined side of a segment of zero length, count +1.
-int CornerSide(bool alongX, float m, float c, float a, float b) {
-  const float side = alongX ? (m * a + c) - b : (m * b + c) - a;
-  return side < 0.0f ? -1 : 1;
-}
-
 }  // namespace
 
 void RemoveEmptyBlocks(VECTOR_LAYER& layer) {
@@ -65,39 +59,10 @@ void RemoveEmptyBlocks(VECTOR_LAYER& layer) {
   }
 }
 
-bool ContourHitsBox(const CONTOUR& contour, const BOX& box) {
-  const MMPoint2d<long>* p = contour.Points;
-  const int32_t n = contour.NumPoints;
-  for (int32_t i = 0; i + 1 < n; ++i) {
-    if (SegmentHitsBox(box, p[i].x, p[i].y, p[i + 1].x, p[i + 1].y))
-      return true;
-  }
-  return n > 0 && contour.Closed != 0 && SegmentHitsBox(box, p[n - 1].x, p[n - 1].y, p[0].x, p[0].y);
-}
-
-bool SegmentHitsBox(const BOX& box, int32_t px, int32_t py, int32_t qx, int32_t qy) {
-  const float dx = static_cast<float>(Sub32(qx, px));
-  const float dy = static_cast<float>(Sub32(qy, py));
-  const bool alongX = std::fabs(dx) > std::fabs(dy);
-  const float m = alongX ? dy / dx : dx / dy;
-  const float c = alongX ? static_cast<float>(py) - static_cast<float>(px) * m
-                         : static_cast<float>(px) - static_cast<float>(py) * m;
-  const float minX = static_cast<float>(box.MinX), maxX = static_cast<float>(box.MaxX);
-  const float minY = static_cast<float>(box.MinY), maxY = static_cast<float>(box.MaxY);
-  const int sum = CornerSide(alongX, m, c, minX, minY) + CornerSide(alongX, m, c, maxX, minY) +
-                  CornerSide(alongX, m, c, maxX, maxY) + CornerSide(alongX, m, c, minX, maxY);
-  if (sum == 4 || sum == -4)
-    return false;
-  return (box.MinX < px || box.MinX < qx) && (box.MaxX > px || box.MaxX > qx) &&
-         (box.MinY < py || box.MinY < qy) && (box.MaxY > py || box.MaxY > qy);
-}
-
 void VECTOR_LAYER::VOEG_COORD_TOE_AAN_VECTOR_LAYER(int32_t* coordinates, int32_t n, char type) {
   if (n < 4)
     return;
-  AddBlockAtEnd(MakeBlock(coordinates, n, WidenVectorType(type)));
-  for (int32_t i = 0; i + 1 < n; i += 2)
-    GrowExtents(*this, coordinates[i], coordinates[i + 1]);
+  ADD_VECTOR_BLOK(MakeBlock(coordinates, n, WidenVectorType(type)));
 }
 
 void VECTOR_LAYER::VOEG_PTN_TOE_AAN_VECTOR_LAYER(MMPoint2d<long>* points, int32_t n, char type) {

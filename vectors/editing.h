@@ -1,27 +1,16 @@
-// Shared tests and block helpers of vector editing, which the splitting,
-// cutting and searching of vectors and the contour selections use as well.
+// Shared block helpers of vector editing, which the splitting, cutting and
+// searching of vectors use as well.
 #pragma once
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
-#include "layer/contour.h"
 #include "layer/values.h"
 #include "layer/vector_layer.h"
 
 // Largest number of vectors ZET_CIRKEL_IN_VECTOR_LAYER makes for one circle.
 constexpr double kMaxCircleVectors = 16777216.0;
-
-// The strict box test of a segment p-q, in float: true when the line through
-// the segment separates the corners of `box` (normalised) and the segment's
-// range reaches into the box's range on both axes. A segment that only touches
-// the box from outside, and one of zero length, never hits.
-bool SegmentHitsBox(const BOX& box, int32_t px, int32_t py, int32_t qx, int32_t qy);
-
-// True when an edge of the contour hits the box (SegmentHitsBox), edges tested
-// in order; the closing edge only when Closed is not 0. False without points.
-bool ContourHitsBox(const CONTOUR& contour, const BOX& box);
 
 // Unlinks and releases every block of Size 0, lowering NumBlocks; extents stay.
 void RemoveEmptyBlocks(VECTOR_LAYER& layer);

@@ -3,12 +3,6 @@
 #include "sibling/boolean/pairing.h"
 #include "sibling/boolean/sweep.h"
 
-namespace {
-
-constexpr int16_t kNoUpperBound = 32767;
-
-}  // namespace
-
 M2dGraphPoint* M2dBoolean::AddPoint(int32_t x, int32_t y) {
   return GetGridPoint(x, y);
 }

@@ -6,14 +6,18 @@
 #include <cstdint>
 #include <vector>
 
+#include "kelvor2d_export.h"
 #include "sibling/boolean/graph.h"
 
 // Winding convention: a loop fed clockwise (y up) counts +1 inside, a loop
 // fed counter-clockwise -1. Degenerate input (lines of zero length, loops
 // without area, spikes that run back on themselves) adds no area and leaves
 // no line.
-class M2dBoolean : public M2dGraph {
+class KELVOR2D_API M2dBoolean : public M2dGraph {
  public:
+  // `second` of SplitClassifyAndFilter that puts no upper bound on the winding.
+  static constexpr int16_t kNoUpperBound = 32767;
+
   unsigned char options = 0;  // option byte of the caller; stored, selects nothing
 
   M2dBoolean() = default;
@@ -30,9 +34,9 @@ class M2dBoolean : public M2dGraph {
 
   // Splits every line at every crossing, touch and overlap; keeps the lines
   // between a region of winding number w with first < w <= second (second
-  // 32767: no upper bound) and one without. Survivors are directed with the
-  // region on their right (outer boundaries clockwise, holes counter-
-  // clockwise), all with level 0; dropped lines leave the graph.
+  // kNoUpperBound: no upper bound) and one without. Survivors are directed
+  // with the region on their right (outer boundaries clockwise, holes
+  // counter-clockwise), all with level 0; dropped lines leave the graph.
   void SplitClassifyAndFilter(int16_t first, int16_t second);
   // As SplitClassifyAndFilter, keeping the region of non-zero winding: every
   // area that some loop encloses stays, self-crossings are resolved.

@@ -2,6 +2,7 @@
 // orienting contours, as the bitmap side needs them.
 #pragma once
 
+#include "kelvor2d_export.h"
 #include "sibling/boolean/boolean.h"
 #include "sibling/math/border.h"
 
@@ -25,7 +26,7 @@ namespace AU {
 // themselves nor each other, covering every area that a closed contour
 // encloses (non-zero winding). Open contours are dropped; status and order
 // bytes are not kept. Always true.
-bool BooleanRemoveSelfIntersections(M3dBorderLong& border);
+KELVOR2D_API bool BooleanRemoveSelfIntersections(M3dBorderLong& border);
 
 // Turns each closed contour so that outer ones (inside an even number of
 // other closed contours) are clockwise (positive SurfaceAreaWithSignXY) and
@@ -33,6 +34,6 @@ bool BooleanRemoveSelfIntersections(M3dBorderLong& border);
 // left alone. When inverted is not null it receives whether any contour was
 // turned. Always true. Nesting is tested contour against contour (boxes
 // first), meant for contours that do not cross.
-bool OrientBorder2D(M3dBorderLong& border, bool* inverted);
+KELVOR2D_API bool OrientBorder2D(M3dBorderLong& border, bool* inverted);
 
 }  // namespace AU

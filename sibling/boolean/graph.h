@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "kelvor2d_export.h"
 #include "sibling/boolean/exact_arithmetic.h"
 
 class M2dGraph;
@@ -62,7 +63,7 @@ struct M2dGraphFraction {
 // when the exact denominator of a crossing does not fit 32 bits, the three
 // 32-bit words hold the nearest fraction over 2^31 and the exact value stays
 // in `fraction`.
-struct M2dGraphPoint {
+struct KELVOR2D_API M2dGraphPoint {
   const M2dGraphFraction* fraction = nullptr;  // exact position off the grid; null on the grid
   int32_t x = 0;                               // whole part of x (floor)
   int32_t y = 0;                               // whole part of y (floor)
@@ -124,7 +125,7 @@ inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
 }  // namespace kelvor_boolean
 
 // A directed line between two graph points.
-struct M2dGraphLine {
+struct KELVOR2D_API M2dGraphLine {
   int64_t directionX = 0;         // direction on the grid, a positive multiple of to - from
   M2dGraphPoint* from = nullptr;  // start of the directed line
   M2dGraphPoint* to = nullptr;    // end of the directed line
@@ -153,7 +154,7 @@ struct M2dGraphLine {
 };
 
 // A graph of points and directed lines. Owns both.
-class M2dGraph {
+class KELVOR2D_API M2dGraph {
  public:
   DLIST<M2dGraphLine>* lines;  // the list object of the lines, never null
 
@@ -169,11 +170,11 @@ class M2dGraph {
   M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
   // The point at an exact position, made on first use (points of MakeExactPoint
   // are not looked at).
-  M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
   // A new point at an exact position off the grid (some fraction nonzero),
   // made without looking for one there: for a caller that keeps coincident
   // positions together itself. GetExactPoint does not find it.
-  M2dGraphPoint* MakeExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT M2dGraphPoint* MakeExactPoint(const kelvor_boolean::ExactCoordinates& position);
   // Hints that the point at the grid position (x, y) is asked for soon, so
   // that its lookup can start early; changes nothing.
   void PrefetchGridPoint(int32_t x, int32_t y) const;
@@ -218,7 +219,7 @@ class M2dGraph {
   template <class Same>
   Slot& FindSlot(int32_t x, int32_t y, Same same);
   M2dGraphPoint* Enter(Slot& slot, M2dGraphPoint* p);
-  const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
   M2dGraphLineNode* NewLineNode();
   void GrowSlots(size_t size);
 };

@@ -193,7 +193,7 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
     }
   }
   loops.Feed(engine);
-  engine.SplitClassifyAndFilter(0, 32767);
+  engine.SplitClassifyAndFilter(0, M2dBoolean::kNoUpperBound);
   kelvor_boolean::AppendRings(engine, m_result);
 }
 

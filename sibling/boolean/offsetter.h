@@ -5,9 +5,10 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "sibling/math/border.h"
 
-class M2dOffsetter {
+class KELVOR2D_API M2dOffsetter {
  public:
   M3dBorderLong input;    // the border to offset: outer contours clockwise, holes counter-clockwise
   M3dBorderLong* result;  // the offset, valid after CreateOffset; never null

@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "kelvor2d_export.h"
+
 // A rotation by an angle in degrees. The hatch frame is the layer frame turned
 // by the angle counter-clockwise (y up): at 0 degrees the frames coincide and
 // hatch lines are the layer's lines x = constant.
-class MHatchDirection {
+class KELVOR2D_API MHatchDirection {
  public:
   explicit MHatchDirection(double angleDegrees = 0.0);
   void SetAngle(double angleDegrees);
@@ -29,7 +31,7 @@ class MHatchDirection {
 };
 
 // One hatch vector in the hatch frame: on the line x = Position, from Start to End in y.
-struct MHatchVector {
+struct KELVOR2D_API MHatchVector {
   int32_t Position;  // x of the hatch line
   int32_t Start;     // y where the vector starts
   int32_t End;       // y where the vector ends
@@ -44,7 +46,7 @@ struct MSListElement {
 
 // The result of a sweep: hatch vectors in the order they were added, with the
 // direction, the grid and the extents of what was swept.
-class MHatchLayer : public MHatchDirection {
+class KELVOR2D_API MHatchLayer : public MHatchDirection {
  public:
   int32_t HatchDistance = 0;  // distance between hatch lines
   int32_t HatchShift = 0;     // x of the grid line through the origin, modulo distance
@@ -70,7 +72,7 @@ class MHatchLayer : public MHatchDirection {
 };
 
 // An edge of the sweep, in the hatch frame, as it was given (start to end).
-struct M2dTempElement {
+struct KELVOR2D_API M2dTempElement {
   int32_t X0, Y0, X1, Y1;
   int8_t Direction;          // +1 when x rises along the edge, -1 when it falls
   int8_t PreviousDirection;  // direction of the last edge before it not parallel to the lines; 0 unknown
@@ -94,7 +96,7 @@ struct MTempList {
 };
 
 // Base of hatchers: owns a hatch layer and the sweep list.
-class MHatcherBase {
+class KELVOR2D_API MHatcherBase {
  public:
   MHatcherBase();
   virtual ~MHatcherBase();

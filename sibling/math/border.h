@@ -32,6 +32,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "kelvor2d_export.h"
 #include "sibling/math/owned_chain.h"
 
 // Coordinate type of a border parameterised by T: `long` stands for a 32-bit
@@ -48,7 +49,7 @@ struct M3dCoordinateTraits<long> {
 // A point of a ring. Derived point classes pass themselves as Point, so that
 // next has the derived type; they may add fields behind these.
 template <class T, class D, class Point>
-class M3dBorderPointBase {
+class KELVOR2D_API M3dBorderPointBase {
  public:
   using Coordinate = typename M3dCoordinateTraits<T>::Type;
 
@@ -67,7 +68,7 @@ class M3dBorderPointBase {
 };
 
 template <class T, class D>
-class M3dBorderPoint : public M3dBorderPointBase<T, D, M3dBorderPoint<T, D>> {
+class KELVOR2D_API M3dBorderPoint : public M3dBorderPointBase<T, D, M3dBorderPoint<T, D>> {
  public:
   using M3dBorderPointBase<T, D, M3dBorderPoint<T, D>>::M3dBorderPointBase;
 };
@@ -95,7 +96,7 @@ class M3dBorderPointIterator {
 // A contour: an owned ring of points with its outer, closed, status and order
 // properties. Contour is the derived class that a border holds (CRTP).
 template <class T, class D, class Point, class Contour>
-class M3dBorderContourBase {
+class KELVOR2D_API M3dBorderContourBase {
  public:
   using Coordinate = typename M3dCoordinateTraits<T>::Type;
   using PointType = Point;
@@ -337,11 +338,12 @@ class M3dBorderContourBase {
 };
 
 template <class T, class D, class Point>
-class M3dBorderContour : public M3dBorderContourBase<T, D, Point, M3dBorderContour<T, D, Point>> {};
+class KELVOR2D_API M3dBorderContour
+    : public M3dBorderContourBase<T, D, Point, M3dBorderContour<T, D, Point>> {};
 
 // A border: an owned, ordered list of contours, with value semantics.
 template <class T, class D, class Contour>
-class M3dBorder {
+class KELVOR2D_API M3dBorder {
  public:
   using ContourType = Contour;
   using iterator = MChainIterator<Contour>;

@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "layer/chain.h"
+
 // Owns nodes made by new and released by delete, linked through the node's
 // private m_chainNext (node classes befriend MOwnedChain). Copying copies every
 // node with its own copy constructor, which must leave m_chainNext null.
@@ -67,27 +69,15 @@ class MOwnedChain {
   // Deletes node and returns its successor; null (and nothing deleted) when
   // node is null or not in this chain.
   Node* Remove(Node* node) {
-    if (node == nullptr)
+    const auto unlinked =
+        kelvor2d_detail::UnlinkFromChain(m_first, node, [](Node* n) -> Node*& { return n->m_chainNext; });
+    if (!unlinked.found)
       return nullptr;
-    Node* previous = nullptr;
-    Node* current = m_first;
-    while (current != nullptr && current != node) {
-      previous = current;
-      current = current->m_chainNext;
-    }
-    if (current == nullptr)
-      return nullptr;
-    Node* next = node->m_chainNext;
-    if (previous == nullptr) {
-      m_first = next;
-    } else {
-      previous->m_chainNext = next;
-    }
     if (m_last == node)
-      m_last = previous;
+      m_last = unlinked.previous;
     --m_count;
     delete node;
-    return next;
+    return unlinked.successor;
   }
 
   // Deletes every node.

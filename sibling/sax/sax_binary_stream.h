@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <string>
 
+#include "kelvor2d_export.h"
+
 // Collects the numbers of one binary element while it is written.
-class MSAXStreamBinaryOut {
+class KELVOR2D_API MSAXStreamBinaryOut {
  public:
   // Makes room for `values` more numbers.
   void Reserve(size_t values) { bytes_.reserve(bytes_.size() + 4 * values); }
@@ -22,7 +24,7 @@ class MSAXStreamBinaryOut {
 };
 
 // Delivers the numbers of one binary element while it is read.
-class MSAXStreamBinaryIn {
+class KELVOR2D_API MSAXStreamBinaryIn {
  public:
   MSAXStreamBinaryIn() = default;
   // Takes little-endian bytes; a trailing part of less than 4 bytes is never read.
@@ -43,7 +45,7 @@ class MSAXStreamBinaryIn {
 };
 
 // The stream object a writer hands out; it stays the writer's.
-class MSAXWriterBinaryStream {
+class KELVOR2D_API MSAXWriterBinaryStream {
  public:
   // name: written as the element's "stream" attribute; none when hasName is false.
   MSAXWriterBinaryStream(std::string name, bool hasName) : name_(std::move(name)), hasName_(hasName) {}
@@ -62,7 +64,7 @@ class MSAXWriterBinaryStream {
 
 // The stream object a reader hands out for the current element; it stays the
 // reader's and lives until the next OpenBinaryStream or the end of the element.
-class MSAXReaderBinaryStream {
+class KELVOR2D_API MSAXReaderBinaryStream {
  public:
   // bytes: the decoded little-endian content; name: the "stream" attribute.
   MSAXReaderBinaryStream(std::string bytes, std::string name)

@@ -4,11 +4,13 @@
 
 #include <string>
 
+#include "kelvor2d_export.h"
+
 class MSAXReader;
 class MSAXWriter;
 
 // Something a persisted object can be referred to by; carries no data here.
-class ISAXReference {
+class KELVOR2D_API ISAXReference {
  public:
   virtual ~ISAXReference() {}
 };
@@ -16,7 +18,7 @@ class ISAXReference {
 // One handler of the element tree. The reader calls HandleTag for each opening
 // tag once the element's leading text is known, HandleEndTag for each closing
 // tag, and AbortLoading on every handler on its stack when a document fails.
-class ISAXPersistBase {
+class KELVOR2D_API ISAXPersistBase {
  public:
   virtual ~ISAXPersistBase() {}
   // Resets what this handler fills before its first tag; does nothing here.
@@ -41,10 +43,10 @@ class ISAXPersistBase {
 };
 
 // A handler that is itself a reference.
-class ISAXPersist : public ISAXPersistBase, public virtual ISAXReference {};
+class KELVOR2D_API ISAXPersist : public ISAXPersistBase, public virtual ISAXReference {};
 
 // The base of concrete handlers: the handler is its own reference.
-class ISAXPersistHelper : public ISAXPersist {
+class KELVOR2D_API ISAXPersistHelper : public ISAXPersist {
  public:
   // This object as a reference; never null.
   ISAXReference* GetObjectReference() override { return this; }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "kelvor2d_export.h"
 #include "sibling/sax/sax_binary_stream.h"
 #include "sibling/sax/sax_persist.h"
 
@@ -25,7 +26,7 @@ struct XML_ParserStruct;
 // while an element is handled (by a handler or the allocator) end the reading
 // with an error that says what and at which line; every handler on the stack
 // then gets AbortLoading and the pushed ones are deleted.
-class MSAXReader {
+class KELVOR2D_API MSAXReader {
  public:
   static constexpr size_t kDefaultMaxDepth = 256;
   static constexpr size_t kDefaultMaxElementBytes = size_t{256} << 20;

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <string>
 
+#include "kelvor2d_export.h"
+
 // Builds the text of one element.
-class MStreamTextOut {
+class KELVOR2D_API MStreamTextOut {
  public:
   // Appends the decimal form of a number (int and long are both 32 bits here).
   MStreamTextOut& operator<<(int32_t value);
@@ -20,7 +22,7 @@ class MStreamTextOut {
 
 // Reads numbers from the text of one element, in decimal, each after optional
 // white space, with an optional sign.
-class MStreamTextIn {
+class KELVOR2D_API MStreamTextIn {
  public:
   // Reads from a copy of text.
   explicit MStreamTextIn(std::wstring const& text) : text_(text) {}

@@ -8,13 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "kelvor2d_export.h"
 #include "sibling/sax/sax_binary_stream.h"
 #include "sibling/sax/sax_persist.h"
 
 // Writes one document to a stream or a file. Misuse (a bad tag name, a closing
 // tag that does not match, a second root element) and output errors put the
 // writer in a failed state: it writes nothing more and WriteDocument is false.
-class MSAXWriter {
+class KELVOR2D_API MSAXWriter {
  public:
   // Writes to out, which must outlive the writer.
   explicit MSAXWriter(std::ostream& out);
@@ -71,7 +72,7 @@ class MSAXWriter {
 
 // Opens an element for its lifetime: the destructor closes it, also when a
 // scope is left early.
-class MSAXTagWriter {
+class KELVOR2D_API MSAXTagWriter {
  public:
   MSAXTagWriter(MSAXWriter& writer, wchar_t const* tag) : writer_(writer), tag_(tag) {
     writer_.StartTag(tag_);

@@ -4,10 +4,11 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
 #include "sibling/slice/slice_layers.h"
 
 // The z range a slice stands for. A default-constructed area is not valid.
-class M2DSliceZArea {
+class KELVOR2D_API M2DSliceZArea {
  public:
   M2DSliceZArea() = default;
   // A valid area; the bounds may come in either order.
@@ -56,7 +57,7 @@ using M2DSliceComponentVectorsUpdate = M2DSliceComponentUpdate<M2DSliceVectorLay
 
 // A slice with value semantics. Components are read through const pointers and
 // written through update objects, one open at a time by convention.
-class M2DSlice {
+class KELVOR2D_API M2DSlice {
  public:
   int32_t Z = 0;  // height of the slice in internal units
 

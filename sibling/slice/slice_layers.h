@@ -5,18 +5,20 @@
 #include <cstdint>
 #include <vector>
 
+#include "kelvor2d_export.h"
 #include "sibling/math/border.h"
 #include "sibling/math/owned_chain.h"
 #include "sibling/slice/slice_vector_types.h"
 
 // A point of a slice contour: x, y (32-bit), data, next, as every border point.
-class M2DSliceContourPoint : public M3dBorderPointBase<long, void*, M2DSliceContourPoint> {
+class KELVOR2D_API M2DSliceContourPoint : public M3dBorderPointBase<long, void*, M2DSliceContourPoint> {
  public:
   using M3dBorderPointBase<long, void*, M2DSliceContourPoint>::M3dBorderPointBase;
 };
 
 // A slice contour: a border contour that carries its type.
-class M2DSliceContour : public M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2DSliceContour> {
+class KELVOR2D_API M2DSliceContour
+    : public M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2DSliceContour> {
  public:
   // The type holder of the contour; code 0 on a new contour.
   M2DSliceVectorTypeInfoHolder& GetTypeInfoHolder() { return m_typeInfo; }
@@ -33,7 +35,7 @@ extern template class M3dBorderContourBase<long, void*, M2DSliceContourPoint, M2
 extern template class M3dBorder<long, void*, M2DSliceContour>;
 
 // One vector of a slice, in the field order start x, end x, start y, end y.
-struct M2DSliceVector {
+struct KELVOR2D_API M2DSliceVector {
   int32_t StartX;  // grid units
   int32_t EndX;    // grid units
   int32_t StartY;  // grid units
@@ -43,7 +45,7 @@ struct M2DSliceVector {
 static_assert(sizeof(M2DSliceVector) == 16, "a slice vector is four 32-bit values");
 
 // A block of vectors of one type.
-class M2DSliceVectorBlock {
+class KELVOR2D_API M2DSliceVectorBlock {
  public:
   std::vector<M2DSliceVector> Vectors;  // the vectors, in order
 
@@ -73,7 +75,7 @@ class M2DSliceVectorBlock {
 };
 
 // The vectors of a slice: an owned, ordered chain of blocks, with value semantics.
-class M2DSliceVectorLayer {
+class KELVOR2D_API M2DSliceVectorLayer {
  public:
   using iterator = MChainIterator<M2DSliceVectorBlock>;
   using const_iterator = MChainIterator<const M2DSliceVectorBlock>;

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 
+#include "kelvor2d_export.h"
+
 // The type of a slice contour or vector block, identified by its 16-bit code.
-class M2DSliceVectorTypeInfo {
+class KELVOR2D_API M2DSliceVectorTypeInfo {
  public:
   constexpr M2DSliceVectorTypeInfo() = default;
   constexpr explicit M2DSliceVectorTypeInfo(uint16_t code) : m_code(code) {}
@@ -19,7 +21,7 @@ class M2DSliceVectorTypeInfo {
 
 // Holds the type of one contour or block; reads as its type info wherever a
 // const M2DSliceVectorTypeInfo & is asked for.
-class M2DSliceVectorTypeInfoHolder {
+class KELVOR2D_API M2DSliceVectorTypeInfoHolder {
  public:
   void SetTypeInfo(const M2DSliceVectorTypeInfo& info) { m_info = info; }
   const M2DSliceVectorTypeInfo& GetTypeInfo() const { return m_info; }
@@ -31,7 +33,7 @@ class M2DSliceVectorTypeInfoHolder {
 
 // Mapping between type infos and 16-bit codes. Every code 0..65535 is a known
 // type, and the mapping is the identity on codes in both directions.
-class M2DSliceVectorTypes {
+class KELVOR2D_API M2DSliceVectorTypes {
  public:
   // The code of a type.
   static unsigned short ConvertToSliType(const M2DSliceVectorTypeInfo& info);

@@ -1,4 +1,6 @@
-// Builds a one-contour layer through the installed headers and library.
+// Builds a one-contour layer through the installed headers and library, and
+// takes it through the boolean engine and the border types, whose template
+// instances the library provides.
 #include <cstdio>
 #include <cstdlib>
 
@@ -12,8 +14,14 @@ int main() {
   square->Closed = 1;
   layer.AddContourAtEnd(square);
   layer.BEPAAL_EXTREMA();
-  const bool ok = layer.NumContours == 1 && layer.MaxX == 10 && square->RECHTS_DRAAIEND();
+  CONTOUR_LAYER united;
+  AU::BooleanUnite(layer, layer, united, nullptr);
+  M3dBorderLong border;
+  M3dBorder2LayerConvertor::_Convert(united, border);
+  const bool ok = layer.NumContours == 1 && layer.MaxX == 10 && square->RECHTS_DRAAIEND() &&
+                  border.GetNumContours() == 1 && border.GetFirstContour()->GetNumPoints() == 4;
   layer.Clear();
+  united.Clear();
   std::printf("consumer: %s\n", ok ? "ok" : "FAILED");
   return ok ? EXIT_SUCCESS : EXIT_FAILURE;
 }

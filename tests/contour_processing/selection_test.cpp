@@ -1,4 +1,4 @@
-#include "contour_processing/selection.h"
+#include "layer/contour_layer.h"
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@
 #include "layer/contour.h"
 #include "layer/contour_layer.h"
 #include "layer/vector_layer.h"
-#include "support/rectangles.h"
+#include "rectangles.h"  // beside this header, for the benchmarks too
 
 namespace testing_support {
 

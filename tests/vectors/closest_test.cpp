@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "geometry/segment_tests.h"
 #include "layer/layer.h"
 #include "support/vector_blocks.h"
 

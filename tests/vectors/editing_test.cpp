@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "geometry/segment_tests.h"
 #include "support/vector_blocks.h"
 
 namespace {
