@@ -122,7 +122,6 @@ TEST(MSAXWriter, StreamNamesBecomeUtf8WithEachByteThatCannotBeDecodedReplaced) {
       {"\xff xyz", r + " xyz"},
       {"\x80 xyz", r + " xyz"},        // a continuation byte cannot lead
       {"\xc1\xbf xy", r + r + " xy"},  // nor can an overlong two-byte lead
-      {"\xe2\x82", r + r},             // cut short
   };
   for (const auto& c : cases) {
     const std::string document = Document([&c](MSAXWriter& w) {
