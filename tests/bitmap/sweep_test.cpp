@@ -142,6 +142,16 @@ TEST(Sweep, ContourFormDrawsEitherDirectionAsSolidAndSkipsDegenerateRings) {
   EXPECT_EQ(PartsOfContour({{0, 0}, {30, 30}}, 1), 0u);
   // A count beyond the chain stops at its end.
   EXPECT_EQ(PartsOfContour({{20, 20}, {20, 20}, {20, 20}, {20, 20}}, 5), 0u);
+  // A count below the chain's length leaves the rest of the chain out.
+  CONTOUR* first = NewContour(Rectangle(15, 15, 35, 35, true));
+  first->NextContour = NewContour(Rectangle(40, 40, 50, 50, true));
+  SweepProbe sweep;
+  sweep.Initialise(6, 6, 60.0, 60.0, first, 1);
+  EXPECT_EQ(sweep.TotalSize(), 2u);
+  for (CONTOUR* c : {first->NextContour, first}) {
+    c->Clear();
+    delete c;
+  }
 }
 
 }  // namespace

@@ -72,6 +72,9 @@ TEST(Orientation, NestingAndTurningOfEachSorter) {
        {Rectangle(12, 12, 18, 18, true), 1}}, {newSort}, {1, 7, 7, 0}, {1, 7, 7, 1}},
       // 2 wide in x: no column of its own, but the plate's column at x 15 meets it.
       {"narrow hole", {cwPlate, {Rectangle(14, 5, 16, 25, false), 1}}, {oldSort}, {1, 0}, {}},
+      // Off the plate's column, 2 wide is seen by no column and counts as outer; 3 wide has its own.
+      {"unseen hole", {cwPlate, {Rectangle(4, 5, 6, 25, false), 1}}, {oldSort}, {1, 1}, {}},
+      {"hole of 3", {cwPlate, {Rectangle(4, 5, 7, 25, false), 1}}, {oldSort}, {1, 0}, {}},
       // The column at x 10 and the row at y 30 touch turning vertices of the inner one.
       {"diamonds", {{{{0, 20}, {20, 40}, {40, 20}, {20, 0}}, 1}, {{{20, 10}, {30, 20}, {20, 30}, {10, 20}}, 1}},
        {newSort}, {1, 0}, {1, 0}},

@@ -163,6 +163,10 @@ TEST(ContourGeometry, TurningDirectionByExtremePoints) {
       {{0, 0}, {5, 9}, {10, 10}, {3, 1}},
       {{0, 0}, {10, 10}, {6, 2}},  // folded extremes: decided by the diagonal
       {{0, 0}, {2, 8}, {10, 10}},
+      // One point holds two extremes, the other two stay apart: no fold (the
+      // first point off the diagonal would mislead).
+      {{10, 15}, {0, 4}, {4, 18}, {20, 20}, {18, 0}},
+      {{10, 5}, {0, 16}, {4, 2}, {20, 0}, {18, 20}},
   };
   for (const auto& shape : shapes) {
     CONTOUR* c = NewContour(shape);

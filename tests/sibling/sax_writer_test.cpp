@@ -82,6 +82,7 @@ TEST(MSAXWriter, FailsOnMisuseAndSaysWhy) {
   } cases[] = {
       {"invalid element name", [](MSAXWriter& w) { return w.StartTag(L"1abc"), true; }},
       {"invalid element name", [](MSAXWriter& w) { return w.StartTag(L""), true; }},
+      {"invalid element name", [](MSAXWriter& w) { return w.StartTag(L"ns:tag"), true; }},
       {"does not match", [](MSAXWriter& w) { return w.StartTag(L"A"), w.EndTag(L"B"), true; }},
       {"a second root",
        [](MSAXWriter& w) { return w.StartTag(L"A"), w.EndTag(L"A"), w.StartTag(L"B"), true; }},
@@ -109,4 +110,24 @@ TEST(MSAXWriter, ReportsAFileThatCannotBeOpenedOrAStreamThatFails) {
   MSAXWriter toStream(broken);
   EXPECT_FALSE(toStream.WriteDocument(handler));
   EXPECT_NE(toStream.GetError().find("refused"), std::string::npos) << toStream.GetError();
+}
+
+TEST(MSAXWriter, StreamNamesBecomeUtf8WithEachByteThatCannotBeDecodedReplaced) {
+  const std::string r = "\xef\xbf\xbd";  // U+FFFD
+  const struct {
+    std::string name, attribute;
+  } cases[] = {
+      {"\xf4\x8f\xbf\xbf", "\xf4\x8f\xbf\xbf"},  // the last code point
+      {"\xf5\x80\x80\x80", r + r + r + r},       // no lead byte above 0xF4
+      {"\xff xyz", r + " xyz"},
+      {"\x80 xyz", r + " xyz"},        // a continuation byte cannot lead
+      {"\xc1\xbf xy", r + r + " xy"},  // nor can an overlong two-byte lead
+  };
+  for (const auto& c : cases) {
+    const std::string document = Document([&c](MSAXWriter& w) {
+      w.WriteBinaryStream(L"D", *w.CreateBinaryStream(c.name));
+      return true;
+    });
+    EXPECT_NE(document.find("<D stream=\"" + c.attribute + "\">"), std::string::npos) << document;
+  }
 }

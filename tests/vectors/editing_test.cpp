@@ -104,6 +104,17 @@ TEST_F(VectorEditing, TransformEdgesOfFloatArithmeticAndExtents) {
   }
 }
 
+TEST_F(VectorEditing, TransformsTouchOnlyTheCoordinatesInUse) {
+  Add({1, 2, 3, 4, 5, 6, 7, 8});
+  layer.FirstBlock->_SetSize(4);  // the second vector's storage stays behind
+  layer.TRANSLEER_LAAG(10, 10);
+  layer.SPIEGEL_LAAG({0, 100});
+  EXPECT_EQ(BlockAt(layer, 0), (C{11, 188, 13, 186}));
+  layer.HERSCHAAL_LAAG({0, 0}, 2.0f, 2.0f);
+  layer.ROTEER_LAAG({0, 0}, 90.0f);
+  EXPECT_EQ(C(layer.FirstBlock->Block + 4, layer.FirstBlock->Block + 8), (C{5, 6, 7, 8}));
+}
+
 TEST_F(VectorEditing, RemovePointVectorsKeepsEmptiedBlocks) {
   Add({1, 1, 1, 1, 0, 0, 5, 0, 2, 2, 2, 2, 0, 0, 0, 7});
   Add({3, 3, 3, 3});
