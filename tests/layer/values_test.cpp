@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "layer/contour_layer.h"
-#include "sibling/units/internal_units.h"
 #include "support/vector_blocks.h"
 
 using testing_support::ExtentsOf;
@@ -29,11 +28,4 @@ TEST(Values, BoxesNormaliseAndEmptyExtentsGrowToOnePoint) {
   EXPECT_EQ(ExtentsOf(layer), "3 4 3 4");
   MergeExtents(layer, empty);  // empty extents merge to no change
   EXPECT_EQ(ExtentsOf(layer), "3 4 3 4");
-}
-
-TEST(Values, InternalUnitsStartAtOneAndAreSettable) {
-  EXPECT_EQ(Kelvor::Common::MInternalUnits::Get(), 1.0);
-  Kelvor::Common::MInternalUnits::Set(1000.0);
-  EXPECT_EQ(Kelvor::Common::MInternalUnits::Get(), 1000.0);
-  Kelvor::Common::MInternalUnits::Set(1.0);
 }
