@@ -1,28 +1,14 @@
-// Sums and differences of grid coordinates "in 32 bits": they wrap like the
-// two's-complement words they are, instead of overflowing into undefined
-// behaviour. Internal to the library's sources.
+// Grid arithmetic that must not overflow: clamped conversions, first grid
+// multiples and edge crossings, over the 32-bit wrapping words of
+// layer/wrapping_words.h. Internal to the library's sources.
 #pragma once
 
 #include <cstdint>
 
 #include "layer/values.h"
+#include "layer/wrapping_words.h"
 
 namespace kelvor2d_detail {
-
-// a - b, wrapped to 32 bits.
-inline int32_t Sub32(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-
-// a + b, wrapped to 32 bits.
-inline int32_t Add32(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
-
-// a * b, wrapped to 32 bits.
-inline int32_t Mul32(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
-}
 
 // Truncation toward zero of a float that may lie beyond the 32-bit range:
 // clamped to INT32_MIN..INT32_MAX, NaN gives 0.

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "geometry/grid_arithmetic.h"
 #include "layer/contour_layer.h"
+#include "layer/wrapping_words.h"
 
 void CONTOUR::Clear() {
   Outer = kNotDetermined;

@@ -99,9 +99,12 @@ void UnpackResult(const std::string& in, LayerResult& r) {
   u.Get(r.encoded), u.Get(r.warning);
 }
 
-bool WriteFull(int fd, const char* data, size_t n) {
+// Moves all n bytes through `transfer` (read or write), retrying after a
+// signal unless a stop was asked for; false on an error or an early end.
+template <class Transfer, class Bytes>
+bool TransferFull(Transfer transfer, int fd, Bytes* data, size_t n) {
   while (n > 0) {
-    const ssize_t done = write(fd, data, n);
+    const ssize_t done = transfer(fd, data, n);
     if (done < 0 && errno == EINTR && !g_StopRequested)
       continue;
     if (done <= 0)
@@ -111,16 +114,12 @@ bool WriteFull(int fd, const char* data, size_t n) {
   return true;
 }
 
+bool WriteFull(int fd, const char* data, size_t n) {
+  return TransferFull(write, fd, data, n);
+}
+
 bool ReadFull(int fd, char* data, size_t n) {
-  while (n > 0) {
-    const ssize_t done = read(fd, data, n);
-    if (done < 0 && errno == EINTR && !g_StopRequested)
-      continue;
-    if (done <= 0)
-      return false;
-    data += done, n -= static_cast<size_t>(done);
-  }
-  return true;
+  return TransferFull(read, fd, data, n);
 }
 
 bool SendMessage(int fd, const std::string& body) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "geometry/grid_arithmetic.h"
 #include "sibling/boolean/border_functions.h"
 
 namespace {
@@ -27,21 +28,13 @@ struct OffsetSide {
   double step;    // largest arc step in radians that keeps the chord error
 };
 
-int32_t ClampToGrid(double v) {
-  if (v >= 2147483647.0)
-    return INT32_MAX;
-  if (v <= -2147483648.0)
-    return INT32_MIN;
-  return static_cast<int32_t>(std::lround(v));
-}
-
 // The raw offsets of all contours, one flat array of grid points with the
 // start of each loop, so that the engine can be sized before it is fed.
 class RawLoops {
  public:
   void BeginLoop() { m_starts.push_back(m_points.size()); }
   void Add(double x, double y) {
-    const GridPoint p{ClampToGrid(x), ClampToGrid(y)};
+    const GridPoint p{kelvor2d_detail::RoundClamped(x), kelvor2d_detail::RoundClamped(y)};
     if (m_points.size() == m_starts.back() || p.x != m_points.back().x || p.y != m_points.back().y)
       m_points.push_back(p);
   }
