@@ -12,8 +12,8 @@
 #include "scan/perforation.h"
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
-#include "support/hatch_tables.h"
 #include "support/layer_builders.h"
+#include "support/tables.h"
 
 using namespace testing_support;
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "scan/slice_file_parameters.h"
-#include "support/hatch_tables.h"
+#include "support/tables.h"
 #include "support/layer_builders.h"
 
 using namespace testing_support;

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "support/scan_tables.h"
+#include "support/tables.h"
 
 using testing_support::Circle;
 using testing_support::Columns;
@@ -87,9 +87,9 @@ bool NearACrossing(const std::vector<int32_t>& values, double v) {
   return false;
 }
 
-void CheckColumn(const CONTOUR_LAYER& layer, const Axis& axis, const testing_support::Column& column) {
-  const int32_t position = column.first;
-  const std::vector<int32_t>& values = column.second;
+void CheckColumn(const CONTOUR_LAYER& layer, const Axis& axis, const testing_support::TableColumn& column) {
+  const int32_t position = column.position;
+  const std::vector<int32_t>& values = column.crossings;
   const std::string where = std::string(axis.alongX ? "x" : "y") + " column " + std::to_string(position);
   ASSERT_EQ(values.size() % 2, 0u) << where;
   for (int32_t v : values)

@@ -13,7 +13,7 @@ namespace {
 
 using testing_support::AddBlock;
 using testing_support::BlockAt;
-using testing_support::Coordinates;
+using testing_support::CoordinatesOf;
 using testing_support::ExtentsOf;
 using testing_support::FlattenPoints;
 using C = std::vector<int32_t>;
@@ -110,7 +110,7 @@ TEST_F(ClosestSearch, SearchReportsNearestAndTolerance) {
   EXPECT_TRUE(Search({2, 4}, 7));
   EXPECT_FALSE(nearEnd);
   *y1 = 50;  // the pointers lie in the block
-  EXPECT_EQ(Coordinates(second), (C{0, 50, 10, 10}));
+  EXPECT_EQ(CoordinatesOf(second), (C{0, 50, 10, 10}));
   EXPECT_TRUE(Search({20, 25}, 1));
   EXPECT_EQ(distance, 0);
   EXPECT_FALSE(Search({20, 25}, 0));
