@@ -1,5 +1,5 @@
 // The whole road on a plate with square and round holes: scan tables along x
-// and y, then every table generator, with invariants checked on the result.
+// and y, then support and the meanders, with invariants checked on the result.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -64,9 +64,6 @@ ScanRuns BlockRuns(const VECTOR_BLOK* first, bool xTable, Keep keep, const VECTO
 bool Every(const int32_t*, int32_t, int32_t&) {
   return true;
 }
-bool AlongX(const int32_t* b, int32_t, int32_t& i) {
-  return b[4 * i] == b[4 * i + 2];
-}
 
 // Meander paths: the first vector is a run, and a vector that starts where
 // the last run ended is a connection followed by a run.
@@ -74,13 +71,6 @@ bool MeanderRun(const int32_t* b, int32_t n, int32_t& i) {
   if (i > 0 && i + 1 < n && b[4 * i] == b[4 * i - 2] && b[4 * i + 1] == b[4 * i - 1])
     ++i;
   return true;
-}
-
-int64_t TotalLength(const ScanRuns& runs) {
-  int64_t total = 0;
-  for (const ScanRun& r : runs)
-    total += std::get<2>(r) - std::get<1>(r);
-  return total;
 }
 
 class PlateRoad : public ::testing::Test {
@@ -137,31 +127,6 @@ class PlateRoad : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(PlateRoad, StraightHatchingDrawsTheTablesRunsAtTheirFullLength) {
-  // The same runs, each once, at the same total length; the tables stay whole.
-  ASSERT_TRUE(vectors.ADD_X_ARCERING_RECHTS(x, parameters, 1));
-  const ScanRuns drawn = BlockRuns(vectors.FirstBlock, true, Every);
-  EXPECT_EQ(TotalLength(drawn), TotalLength(xRuns));
-  EXPECT_EQ(Sorted(drawn), xRuns);
-  ExpectInsideMaterial(drawn, true);
-  vectors.Clear();
-  ASSERT_TRUE(vectors.ADD_Y_ARCERING_ONDER(y, parameters, 1));
-  EXPECT_EQ(Sorted(BlockRuns(vectors.FirstBlock, false, Every)), yRuns);
-  EXPECT_EQ(RunsOf(x), xRuns);
-  EXPECT_EQ(RunsOf(y), yRuns);
-}
-
-TEST_F(PlateRoad, SmartHatchingDrawsEveryRunOnceAndConsumesTheTables) {
-  parameters.CycleHatchOrder = true;
-  ASSERT_TRUE(vectors.ADD_HATCHINGS(parameters, x, y, 3));
-  ASSERT_EQ(vectors.NumBlocks, 2);  // the first cycled call of the process hatches x first
-  const VECTOR_BLOK* second = vectors.FirstBlock->NextBlock;
-  EXPECT_EQ(Sorted(BlockRuns(vectors.FirstBlock, true, Every, second)), xRuns);
-  EXPECT_EQ(Sorted(BlockRuns(second, false, Every)), yRuns);
-  EXPECT_TRUE(CrossingsOf(x).empty());
-  EXPECT_TRUE(CrossingsOf(y).empty());
-}
-
 TEST_F(PlateRoad, PerforatedSupportStaysInsideTheMaterial) {
   PERFOREER_TABEL(&x, 200, 50, 0, 700);
   PERFOREER_TABEL(&y, 200, 50, 0, 700);
@@ -176,13 +141,6 @@ TEST_F(PlateRoad, PerforatedSupportStaysInsideTheMaterial) {
   EXPECT_EQ(Sorted(xDrawn), xTeeth);
   ExpectInsideMaterial(xDrawn, true);
   ExpectInsideMaterial(BlockRuns(second, false, Every), false);
-}
-
-TEST_F(PlateRoad, SupportWallsFollowEveryRunAndKeepTheTable) {
-  parameters.SupportConnectDistance = 200;
-  ASSERT_TRUE(vectors.ADD_SUPPORT_SINGLE_DIRECTION(x, parameters, 40));
-  EXPECT_EQ(Sorted(BlockRuns(vectors.FirstBlock, true, AlongX)), xRuns);  // connections join columns
-  EXPECT_EQ(RunsOf(x), xRuns);
 }
 
 TEST_F(PlateRoad, ConsumingMeandersDrawEveryRunExactlyOnce) {
@@ -222,8 +180,8 @@ TEST_F(PlateRoad, NoSwitchSweepDrawsEveryRunOnceAndKeepsTheTable) {
   ASSERT_GT(vectors.NumBlocks, 1);
   // Each path is run, (connection, run)*; connections join different columns.
   const auto even = [](const int32_t*, int32_t, int32_t& i) { return i % 2 == 0; };
-  const auto oddAlongX = [](const int32_t* b, int32_t n, int32_t& i) {
-    return i % 2 == 1 && AlongX(b, n, i);
+  const auto oddAlongX = [](const int32_t* b, int32_t, int32_t& i) {
+    return i % 2 == 1 && b[4 * i] == b[4 * i + 2];
   };
   EXPECT_EQ(Sorted(BlockRuns(vectors.FirstBlock, true, even)), xRuns);
   EXPECT_TRUE(BlockRuns(vectors.FirstBlock, true, oddAlongX).empty());
