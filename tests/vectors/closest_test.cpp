@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "layer/layer.h"
@@ -156,7 +157,20 @@ TEST_F(ClosestSearch, RemoveClosestVectorIsStrictOnTolerance) {
   EXPECT_EQ(ExtentsOf(layer), "50 50 60 60");
 }
 
-// Removing the polyline under a cursor is covered by the editing scenario.
+TEST_F(ClosestSearch, RemovePolylineTakesTheWholeRunAndLeavesTheExtents) {
+  AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 50, 50, 60, 50});
+  AddBlock(layer, 1, {100, 100, 110, 100});
+  const std::string extents = ExtentsOf(layer);
+  int32_t x = 11, y = 5;
+  EXPECT_FALSE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 1));
+  EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 2));
+  EXPECT_EQ(BlockAt(layer, 0), (C{50, 50, 60, 50}));
+  EXPECT_EQ(ExtentsOf(layer), extents);  // left for the caller to recompute
+  x = 105, y = 100;
+  EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 2));
+  EXPECT_EQ(layer.NumBlocks, 1);
+}
+
 TEST_F(ClosestSearch, PolylineThroughNearestVector) {
   // Run A, B, C, then a separate run D.
   AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 50, 50, 60, 50});
