@@ -9,7 +9,7 @@
 #include "layer/vector_layer.h"
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
-#include "support/hatch_tables.h"
+#include "support/tables.h"
 
 using namespace testing_support;
 

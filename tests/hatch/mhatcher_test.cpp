@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "scan/slice_file_parameters.h"
-#include "support/hatch_tables.h"
 #include "support/layer_builders.h"
+#include "support/tables.h"
 
 using namespace testing_support;
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <random>
 
-#include "support/scan_tables.h"
+#include "support/tables.h"
 
 using testing_support::ColumnsOf;
 using testing_support::Describe;
@@ -52,54 +52,54 @@ const Finder kDownwards[] = {ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_LINKS, ZOEK_DICHTST
 
 TEST(NearestPointSearch, NearerElementIsTakenAndASecondOneExchanged) {
   for (Finder finder : kUpwards) {
-    Search first("0:{0,10} 5:{9,30}", 0);
+    Search first("0: 0 10; 5: 9 30", 0);
     EXPECT_EQ(first.Found(first.Run(finder)), "9@5");
-    EXPECT_EQ(first.Tables(), "0:{0,10} 5:{9,30} ");
-    Search second("0:{0,10} 5:{0,11}", 0);
+    EXPECT_EQ(first.Tables(), "0: 0 10; 5: 9 30");
+    Search second("0: 0 10; 5: 0 11", 0);
     EXPECT_EQ(second.Found(second.Run(finder)), "11@5");
-    EXPECT_EQ(second.Tables(), "0:{0,10} 5:{11,0} ");
+    EXPECT_EQ(second.Tables(), "0: 0 10; 5: 11 0");
     // A pair that was best for a moment keeps its exchange.
-    Search later("0:{0,10} 5:{0,14,11,30}", 0);
+    Search later("0: 0 10; 5: 0 14 11 30", 0);
     EXPECT_EQ(later.Run(finder)->Value, 11);
-    EXPECT_EQ(later.Tables(), "0:{0,10} 5:{14,0,11,30} ");
+    EXPECT_EQ(later.Tables(), "0: 0 10; 5: 14 0 11 30");
     // The first of equal candidates wins.
-    Search equal("0:{0,10} 5:{7,30,13,40}", 0);
+    Search equal("0: 0 10; 5: 7 30 13 40", 0);
     EXPECT_EQ(equal.Run(finder), equal.table.root.Next->Next->List->Next);
-    EXPECT_EQ(equal.Tables(), "0:{0,10} 5:{7,30,13,40} ");
+    EXPECT_EQ(equal.Tables(), "0: 0 10; 5: 7 30 13 40");
   }
   for (Finder finder : kDownwards) {
-    Search s("0:{9,30} 5:{0,10}", 1);
+    Search s("0: 9 30; 5: 0 10", 1);
     EXPECT_EQ(s.Found(s.Run(finder)), "9@0");
   }
 }
 
 TEST(NearestPointSearch, OnlyTheFirstFourLookInTheSameColumn) {
   for (Finder finder : {ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS, ZOEK_DICHTSTE_PUNTEN_IN_Y_TABEL_BOVEN}) {
-    Search s("0:{0,10,17,40} 8:{10,50}", 0);
+    Search s("0: 0 10 17 40; 8: 10 50", 0);
     EXPECT_EQ(s.Found(s.Run(finder)), "17@0");
-    Search tie("0:{0,10,4,16} 8:{10,50}", 0);  // 4 and 16 both 6 from 10: the first wins, no exchange
+    Search tie("0: 0 10 4 16; 8: 10 50", 0);  // 4 and 16 both 6 from 10: the first wins, no exchange
     EXPECT_EQ(tie.Found(tie.Run(finder)), "4@0");
-    EXPECT_EQ(tie.Tables(), "0:{0,10,4,16} 8:{10,50} ");
+    EXPECT_EQ(tie.Tables(), "0: 0 10 4 16; 8: 10 50");
   }
-  Search enkel("0:{0,10,17,40} 8:{10,50}", 0);
+  Search enkel("0: 0 10 17 40; 8: 10 50", 0);
   EXPECT_EQ(enkel.Found(enkel.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS)), "10@8");
   // Only the nearest column with crossings is looked at, empty ones skipped.
-  Search far("0:{0,10} 5:{} 10:{500,600} 11:{10,20}", 0);
+  Search far("0: 0 10; 5:; 10: 500 600; 11: 10 20", 0);
   EXPECT_EQ(far.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS)->Value, 500);
 }
 
 TEST(NearestPointSearch, WithoutANeighbourTheSearchWrapsRoundOrGivesNull) {
   for (Finder finder : kUpwards) {
-    Search s("0:{100,200} 10:{} 20:{0,10}", 2);
+    Search s("0: 100 200; 10:; 20: 0 10", 2);
     EXPECT_EQ(s.Found(s.Run(finder)), "100@0");
-    Search alone("0:{} 10:{0,10}", 1);
+    Search alone("0:; 10: 0 10", 1);
     EXPECT_EQ(alone.Found(alone.Run(finder)), "null");
     EXPECT_EQ(alone.found->Position, 10);
   }
   for (Finder finder : kDownwards) {
-    Search s("0:{0,10} 10:{} 20:{100,200}", 0);
+    Search s("0: 0 10; 10:; 20: 100 200", 0);
     EXPECT_EQ(s.Found(s.Run(finder)), "100@20");
-    Search alone("10:{0,10} 20:{}", 0);
+    Search alone("10: 0 10; 20:", 0);
     EXPECT_EQ(alone.Found(alone.Run(finder)), "null");
   }
 }
@@ -107,16 +107,16 @@ TEST(NearestPointSearch, WithoutANeighbourTheSearchWrapsRoundOrGivesNull) {
 TEST(NearestPointSearch, UnpairedCrossingsAreNeverFound) {
   for (Finder finder : kUpwards) {
     // The neighbour's last crossing has no partner: it is not a candidate.
-    Search s("0:{0,10} 5:{100,200,10}", 0);
+    Search s("0: 0 10; 5: 100 200 10", 0);
     EXPECT_EQ(s.Run(finder)->Value, 100);
     // A current pair without a second element gives null.
-    Search single("0:{0,10,12} 5:{10,20}", 0, 1);
+    Search single("0: 0 10 12; 5: 10 20", 0, 1);
     EXPECT_EQ(single.Run(finder), nullptr);
   }
   // An odd list in the current column: the first four give null.
-  Search odd("0:{0,10,12} 5:{10,20}", 0);
+  Search odd("0: 0 10 12; 5: 10 20", 0);
   EXPECT_EQ(odd.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_RECHTS), nullptr);
-  Search single("0:{0,10,12} 5:{10,20}", 0, 1);
+  Search single("0: 0 10 12; 5: 10 20", 0, 1);
   bool entryAtFirst = true;
   EXPECT_EQ(single.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS_ANDERE_RICHTING, false, entryAtFirst),
             nullptr);
@@ -126,7 +126,7 @@ TEST(NearestPointSearch, ParityFixesTheEntryEnd) {
   // Grid step 10. Column 0 (k = 0) is left at its second element unless
   // inverted; column 10 lies an odd number of steps away, so its entry flag
   // is the opposite one.
-  const char* columns = "0:{0,100} 10:{5,90,95,200} 20:{}";
+  const char* columns = "0: 0 100; 10: 5 90 95 200; 20:";
   for (bool invert : {false, true}) {
     Search s(columns, 0);
     bool entryAtFirst = !invert;
@@ -135,12 +135,12 @@ TEST(NearestPointSearch, ParityFixesTheEntryEnd) {
         "5@10")
         << "invert " << invert;
     EXPECT_EQ(entryAtFirst, invert);
-    EXPECT_EQ(s.Tables(), Describe(testing_support::ParseColumns(columns)));
+    EXPECT_EQ(s.Tables(), Describe(testing_support::Table(columns)));
   }
   // From column 20 (k = 2) the exit is the second element, 100; column 10 is
   // entered at its second elements, so 90 beats 200 (a look at the first
   // elements would have chosen 95).
-  Search down("0:{0,100} 10:{5,90,95,200} 20:{0,100}", 2);
+  Search down("0: 0 100; 10: 5 90 95 200; 20: 0 100", 2);
   bool entryAtFirst = false;
   EXPECT_EQ(down.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING, false, entryAtFirst)->Value,
             5);
@@ -148,13 +148,13 @@ TEST(NearestPointSearch, ParityFixesTheEntryEnd) {
 }
 
 TEST(NearestPointSearch, ParityFormsWrapAndRefuseAZeroStep) {
-  Search wrap("0:{0,100} 10:{} 20:{40,60}", 0);
+  Search wrap("0: 0 100; 10:; 20: 40 60", 0);
   bool entryAtFirst = false;
   EXPECT_EQ(
       wrap.Found(wrap.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS_ANDERE_RICHTING, false, entryAtFirst)),
       "40@20");
   EXPECT_TRUE(entryAtFirst);  // k = 2, even, invert false
-  Search zero("0:{0,100} 10:{5,90} 10:{5,90}", 0);
+  Search zero("0: 0 100; 10: 5 90; 10: 5 90", 0);
   entryAtFirst = true;
   EXPECT_EQ(
       zero.Found(zero.Run(ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS_ANDERE_RICHTING, false, entryAtFirst)),

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/scan_tables.h"
+#include "support/tables.h"
 
 using testing_support::CheckTable;
 using testing_support::ColumnsOf;
@@ -35,25 +35,24 @@ std::string FilterSupport(const char* table, int32_t run, int32_t gap) {
 }  // namespace
 
 TEST(Perforation, ClosedEndsKeepTheRunsEnds) {
-  EXPECT_EQ(Perforate(PERFOREER_TABEL, "0:{0,100}"), "0:{0,10,13,18,32,37,43,48,62,67,73,78,92,97} ");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL, "0: 0 100"), "0: 0 10 13 18 32 37 43 48 62 67 73 78 92 97");
   // Too short for a whole period: uncut, but the filters still run.
-  EXPECT_EQ(Perforate(PERFOREER_TABEL, "0:{0,35,40,41}"), "0:{0,35} ");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL, "0: 0 35 40 41"), "0: 0 35");
   // One tooth per period when a + b is not below d - a - b.
-  EXPECT_EQ(Perforate(PERFOREER_TABEL, "0:{10,70}", 12, 3, 10, 30), "0:{13,37,43,67} ");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL, "0: 10 70", 12, 3, 10, 30), "0: 13 37 43 67");
 }
 
 TEST(Perforation, OpenEndsLeaveOnlyTeeth) {
-  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0:{0,100}"),
-            "0:{2,7,13,18,32,37,43,48,62,67,73,78,92,97} ");
-  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0:{11,15}"), "0:{11,13} ");
-  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0:{11,12}"), "0:{} ");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 0 100"), "0: 2 7 13 18 32 37 43 48 62 67 73 78 92 97");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 15"), "0: 11 13");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 12"), "0:");
   // Several runs in one column are cut independently.
-  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0:{0,20,40,70} 5:{}"), "0:{2,7,13,18,43,48,62,67} 5:{} ");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 0 20 40 70; 5:"), "0: 2 7 13 18 43 48 62 67; 5:");
 }
 
 TEST(Perforation, DegenerateParametersChangeNothing) {
-  const char* shortRun = "0:{0,1,5,100}";
-  const std::string unchanged = "0:{0,1,5,100} ";
+  const char* shortRun = "0: 0 1 5 100";
+  const std::string unchanged = "0: 0 1 5 100";
   for (int32_t period : {0, -30}) {
     EXPECT_EQ(Perforate(PERFOREER_TABEL, shortRun, kTooth, kGap, kPhase, period), unchanged);
     EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, shortRun, kTooth, kGap, kPhase, period), unchanged);
@@ -67,26 +66,26 @@ TEST(Perforation, DegenerateParametersChangeNothing) {
 }
 
 TEST(Perforation, OddListsDoNotRunOffTheirEnd) {
-  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0:{11,15,30}"), "0:{11,13,30} ");
-  ScopedTable t("0:{4,6,9}");
+  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 15 30"), "0: 11 13 30");
+  ScopedTable t("0: 4 6 9");
   FILTER_SUPPORT_TABEL(&t.root, 10, 0);
   FILTER_TABEL_OP_MIN_LENGTE(&t.root, 20);
-  EXPECT_EQ(Describe(ColumnsOf(t.root)), "0:{9} ");
+  EXPECT_EQ(Describe(ColumnsOf(t.root)), "0: 9");
 }
 
 TEST(TableFilters, SupportFilterWidensAndJoins) {
-  EXPECT_EQ(FilterSupport("0:{4,6}", 10, 0), "0:{0,10} ");
-  EXPECT_EQ(FilterSupport("0:{4,6}", 11, 0), "0:{0,10} ");
-  EXPECT_EQ(FilterSupport("0:{-7,-5}", 10, 0), "0:{-10,0} ");
-  EXPECT_EQ(FilterSupport("0:{0,5,6,9}", 0, 2), "0:{0,9} ");
-  EXPECT_EQ(FilterSupport("0:{0,5,7,9}", 0, 2), "0:{0,5,7,9} ");
-  EXPECT_EQ(FilterSupport("0:{0,5,6,9,10,20}", 0, 2), "0:{0,20} ");
-  EXPECT_EQ(FilterSupport("0:{0,8,6,9}", 0, 0), "0:{0,9} ");
+  EXPECT_EQ(FilterSupport("0: 4 6", 10, 0), "0: 0 10");
+  EXPECT_EQ(FilterSupport("0: 4 6", 11, 0), "0: 0 10");
+  EXPECT_EQ(FilterSupport("0: -7 -5", 10, 0), "0: -10 0");
+  EXPECT_EQ(FilterSupport("0: 0 5 6 9", 0, 2), "0: 0 9");
+  EXPECT_EQ(FilterSupport("0: 0 5 7 9", 0, 2), "0: 0 5 7 9");
+  EXPECT_EQ(FilterSupport("0: 0 5 6 9 10 20", 0, 2), "0: 0 20");
+  EXPECT_EQ(FilterSupport("0: 0 8 6 9", 0, 0), "0: 0 9");
 }
 
 TEST(TableFilters, MinimumLengthIsStrict) {
-  ScopedTable t("0:{0,2,5,6,8,9,20,30} 1:{}");
+  ScopedTable t("0: 0 2 5 6 8 9 20 30; 1:");
   FILTER_TABEL_OP_MIN_LENGTE(&t.root, 2);
-  EXPECT_EQ(Describe(ColumnsOf(t.root)), "0:{0,2,20,30} 1:{} ");
+  EXPECT_EQ(Describe(ColumnsOf(t.root)), "0: 0 2 20 30; 1:");
   EXPECT_EQ(CheckTable(t.root), "");
 }

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "support/scan_tables.h"
+#include "support/tables.h"
 
 using testing_support::CheckTable;
 using testing_support::Columns;
@@ -23,7 +23,7 @@ namespace {
 using Ring = std::vector<MMPoint2d<long>>;
 
 int32_t FirstColumn(CONTOUR_LAYER& layer, const MSliceFileParameters& p, bool alongX = true) {
-  return Scan(layer, p, alongX).front().first;
+  return Scan(layer, p, alongX).front().position;
 }
 
 }  // namespace
@@ -35,19 +35,16 @@ TEST(ScanConversion, EdgesAndVerticesOnColumnsAndRounding) {
     int32_t distance;
     const char* table;
   } cases[] = {
-      {"clockwise square", {{0, 0}, {0, 100}, {100, 100}, {100, 0}}, 50, "0:{} 50:{0,100} 100:{} "},
-      {"counter-clockwise square", {{0, 0}, {100, 0}, {100, 100}, {0, 100}}, 50, "0:{} 50:{0,100} 100:{} "},
+      {"clockwise square", {{0, 0}, {0, 100}, {100, 100}, {100, 0}}, 50, "0:; 50: 0 100; 100:"},
+      {"counter-clockwise square", {{0, 0}, {100, 0}, {100, 100}, {0, 100}}, 50, "0:; 50: 0 100; 100:"},
       // Tips at x 0 and 100 touch their columns; the vertices at x 50 are
       // passed through and give one crossing each.
-      {"diamond", {{50, 0}, {100, 50}, {50, 100}, {0, 50}}, 50, "0:{} 50:{0,100} 100:{} "},
+      {"diamond", {{50, 0}, {100, 50}, {50, 100}, {0, 50}}, 50, "0:; 50: 0 100; 100:"},
       // A stretch along a column on the way up gives one crossing, at its
       // end; at the top of a bump, none.
-      {"stair",
-       {{0, 0}, {50, 20}, {50, 40}, {100, 60}, {100, 100}, {0, 100}},
-       50,
-       "0:{} 50:{40,100} 100:{} "},
-      {"bump", {{0, 0}, {50, 50}, {50, 60}, {0, 100}}, 25, "0:{} 25:{25,80} 50:{} "},
-      {"halves round away from zero", {{0, 0}, {10, 5}, {10, -5}}, 5, "0:{} 5:{-3,3} 10:{} "},
+      {"stair", {{0, 0}, {50, 20}, {50, 40}, {100, 60}, {100, 100}, {0, 100}}, 50, "0:; 50: 40 100; 100:"},
+      {"bump", {{0, 0}, {50, 50}, {50, 60}, {0, 100}}, 25, "0:; 25: 25 80; 50:"},
+      {"halves round away from zero", {{0, 0}, {10, 5}, {10, -5}}, 5, "0:; 5: -3 3; 10:"},
   };
   for (const auto& c : cases) {
     ScopedLayer l({c.ring});
@@ -58,17 +55,17 @@ TEST(ScanConversion, EdgesAndVerticesOnColumnsAndRounding) {
 TEST(ScanConversion, OpenAndDegenerateContoursAddNothing) {
   for (unsigned char closed : {static_cast<unsigned char>(0), kNotDetermined}) {
     ScopedLayer open({{{0, 0}, {100, 0}, {100, 100}, {0, 100}}}, closed);
-    EXPECT_EQ(Describe(Scan(open.layer, Grid(50, 0))), "0:{} 50:{} 100:{} ") << "closed " << int(closed);
+    EXPECT_EQ(Describe(Scan(open.layer, Grid(50, 0))), "0:; 50:; 100:") << "closed " << int(closed);
   }
   // All points on one column, or a single point: skipped, no endless search.
   ScopedLayer flat({{{50, 0}, {50, 100}, {50, 30}}, {{70, 70}}, {{0, 0}, {100, 10}, {100, 20}, {0, 30}}});
-  EXPECT_EQ(Describe(Scan(flat.layer, Grid(50, 0))), "0:{} 50:{5,25} 100:{} ");
+  EXPECT_EQ(Describe(Scan(flat.layer, Grid(50, 0))), "0:; 50: 5 25; 100:");
 }
 
 TEST(ScanConversion, GridStartsAtTheShiftAndEndsAtTheGreatestCoordinate) {
   ScopedLayer l({{{0, 0}, {25, 0}, {25, 25}, {0, 25}}});
-  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 5))), "5:{0,25} 15:{0,25} 25:{} ");
-  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, -12))), "-12:{} -2:{} 8:{0,25} 18:{0,25} ");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 5))), "5: 0 25; 15: 0 25; 25:");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, -12))), "-12:; -2:; 8: 0 25; 18: 0 25");
   EXPECT_TRUE(Scan(l.layer, Grid(10, 26)).empty());
 }
 
@@ -77,9 +74,9 @@ TEST(ScanConversion, ExtraColumnsJoinTheGrid) {
   L_LIST extra = {0, nullptr};
   VOEG_ACHTER_L_LIJST(&extra, 3);
   VOEG_ACHTER_L_LIJST(&extra, 10);
-  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 0), true, &extra)), "0:{} 3:{0,20} 10:{0,20} 10:{0,20} 20:{} ");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 0), true, &extra)), "0:; 3: 0 20; 10: 0 20; 10: 0 20; 20:");
   // Above the layer: the extra columns alone.
-  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 100), true, &extra)), "3:{0,20} 10:{0,20} ");
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(10, 100), true, &extra)), "3: 0 20; 10: 0 20");
   LEEG_L_LIJST(&extra);
 }
 
@@ -144,12 +141,12 @@ TEST(ScanConversion, YTableIsTheXTableOfTheTransposedLayer) {
   const Columns y = Scan(l.layer, Grid(17, 3), false);
   EXPECT_EQ(y, Scan(t.layer, Grid(17, 3))) << Describe(y);
   for (const auto& c : y)
-    EXPECT_EQ(c.second.size() % 2, 0u) << "column " << c.first;
+    EXPECT_EQ(c.crossings.size() % 2, 0u) << "column " << c.position;
 }
 
 TEST(ExtraGridLines, NarrowRunsMissedByTheGridGetAMiddleLine) {
   L_LIST extra = {0, nullptr};
-  ScopedTable empty, wide("0:{0,10} 1:{38,42}"), toGridLine("0:{12,20}"), narrow("0:{12,18} 1:{-9,-3}");
+  ScopedTable empty, wide("0: 0 10; 1: 38 42"), toGridLine("0: 12 20"), narrow("0: 12 18; 1: -9 -3");
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, empty.root, 10, 10));
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, wide.root, 10, 10));
   EXPECT_EQ(extra.Value, 0);
@@ -163,7 +160,7 @@ TEST(ExtraGridLines, NarrowRunsMissedByTheGridGetAMiddleLine) {
   // The lines are in now: a second pass finds them and adds nothing.
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 10));
   // A run whose middle is already listed (on its end) still reports the need.
-  ScopedTable again("0:{15,16}");
+  ScopedTable again("0: 15 16");
   EXPECT_TRUE(EXTRA_GRID_LIJNEN(&extra, again.root, 10, 10));
   EXPECT_EQ(extra.Value, 2);
   EXPECT_FALSE(EXTRA_GRID_LIJNEN(&extra, narrow.root, 10, 0));
@@ -172,7 +169,7 @@ TEST(ExtraGridLines, NarrowRunsMissedByTheGridGetAMiddleLine) {
 }
 
 TEST(ExtraGridLines, FilterDropsValuesWhoseColumnIsEmpty) {
-  ScopedTable t("5:{} 15:{1,2} 25:{}");
+  ScopedTable t("5:; 15: 1 2; 25:");
   L_LIST extra = {0, nullptr};
   for (int32_t v : {5, 15, 20, 25})
     VOEG_ACHTER_L_LIJST(&extra, v);
@@ -200,17 +197,18 @@ TEST(ScanConversion, LayerTableIsTheMergeOfItsContoursTables) {
   const MSliceFileParameters p = Grid(23, 5);
   Columns merged = Scan(all.layer, p);
   for (auto& c : merged)
-    c.second.clear();
+    c.crossings.clear();
   for (const Ring& r : rings) {
     ScopedLayer one({r});
     one.layer.MaxX = all.layer.MaxX;  // the same grid
     const Columns alone = Scan(one.layer, p);
     for (size_t k = 0; k < alone.size(); ++k) {
-      merged[k].second.insert(merged[k].second.end(), alone[k].second.begin(), alone[k].second.end());
+      merged[k].crossings.insert(merged[k].crossings.end(), alone[k].crossings.begin(),
+                                 alone[k].crossings.end());
     }
   }
   for (auto& c : merged)
-    std::sort(c.second.begin(), c.second.end());
+    std::sort(c.crossings.begin(), c.crossings.end());
   EXPECT_EQ(Scan(all.layer, p), merged);
 }
 
@@ -250,15 +248,15 @@ TEST(ScanConversion, CrossingsStayInsideTheMaterialAtTheEndsOfTheGrid) {
       const int32_t least = alongX ? l.layer.MinY : l.layer.MinX;
       const int32_t greatest = alongX ? l.layer.MaxY : l.layer.MaxX;
       for (const auto& column : Scan(l.layer, Grid(c.distance, c.shift), alongX)) {
-        EXPECT_EQ(column.second.size() % 2, 0u) << c.name << " at " << column.first;
-        for (int32_t v : column.second)
-          EXPECT_TRUE(v >= least && v <= greatest) << c.name << " at " << column.first << ": " << v;
+        EXPECT_EQ(column.crossings.size() % 2, 0u) << c.name << " at " << column.position;
+        for (int32_t v : column.crossings)
+          EXPECT_TRUE(v >= least && v <= greatest) << c.name << " at " << column.position << ": " << v;
       }
     }
   }
   ScopedLayer triangle({cases[2].ring});
   EXPECT_EQ(Describe(Scan(triangle.layer, Grid(600000000, 0))),
-            "0:{-1200000000,1200000000} 600000000:{-1200000000,0} 1200000000:{} ");
+            "0: -1200000000 1200000000; 600000000: -1200000000 0; 1200000000:");
 }
 
 // A table that memory cannot hold ends empty, without a crash.

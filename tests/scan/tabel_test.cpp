@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "scan/grid_step.h"
-#include "support/scan_tables.h"
+#include "support/tables.h"
 #include "support/vector_blocks.h"
 
 using namespace kelvor2d_detail;  // the internal grid helpers
@@ -31,7 +31,7 @@ TEST(Tabel, ColumnsGoInOrderBetweenSentinelsAndNewerFirstAtOnePosition) {
   VOEG_KOLOM_IN_TABEL(&t.root, 20);
   VOEG_KOLOM_IN_TABEL(&t.root, -5);
   EXPECT_EQ(t.root.Next->Position, -5);
-  EXPECT_EQ(Describe(ColumnsOf(t.root)), "-5:{} 10:{} 20:{} 20:{} 30:{} ");
+  EXPECT_EQ(Describe(ColumnsOf(t.root)), "-5:; 10:; 20:; 20:; 30:");
   EXPECT_EQ(older->Prev->Position, 20);
   EXPECT_NE(older->Prev, older);
   EXPECT_EQ(CheckTable(t.root), "");
@@ -39,7 +39,7 @@ TEST(Tabel, ColumnsGoInOrderBetweenSentinelsAndNewerFirstAtOnePosition) {
   TABEL* middle = older->Prev;
   HAAL_LIJST_UIT_TABEL(&middle);
   t.root.Position--;
-  EXPECT_EQ(Describe(ColumnsOf(t.root)), "-5:{} 10:{} 20:{} 30:{} ");
+  EXPECT_EQ(Describe(ColumnsOf(t.root)), "-5:; 10:; 20:; 30:");
   EXPECT_EQ(CheckTable(t.root), "");
   TABEL* none = nullptr;
   HAAL_LIJST_UIT_TABEL(&none);
@@ -86,7 +86,7 @@ TEST(Tabel, CopyIsDeepAndEmptyCopyAllocatesNothing) {
   handedOver->List = nullptr;
   ScopedTable copy;
   COPIEER_TABEL(&copy.root, source.root);
-  EXPECT_EQ(Describe(ColumnsOf(copy.root)), "0:{1,5} 10:{} 20:{-3,4,6,8} ");
+  EXPECT_EQ(Describe(ColumnsOf(copy.root)), "0: 1 5; 10:; 20: -3 4 6 8");
   EXPECT_EQ(CheckTable(copy.root), "");
   ASSERT_NE(handedOver->List, nullptr);
   EXPECT_NE(copy.root.Next->List, source.root.Next->List);
@@ -118,7 +118,7 @@ TEST(Tabel, BreakLaysOnePatternOverAllColumns) {
   // Period 10 from the least first crossing, 0: cuts at 10, 20, 30, 40.
   ScopedTable t({{0, {0, 45}}, {1, {}}, {2, {12, 28}}, {3, {0, 5}}});
   BREEK_TABEL(&t.root, 7, 3);
-  EXPECT_EQ(Describe(ColumnsOf(t.root)), "0:{0,10,13,20,23,30,33,40,43,45} 1:{} 2:{12,20,23,28} 3:{0,5} ");
+  EXPECT_EQ(Describe(ColumnsOf(t.root)), "0: 0 10 13 20 23 30 33 40 43 45; 1:; 2: 12 20 23 28; 3: 0 5");
   EXPECT_EQ(CheckTable(t.root), "");
 }
 
@@ -134,7 +134,7 @@ TEST(Tabel, BreakLeavesShortTablesAndBadPeriodsAlone) {
   for (auto [piece, gap] : {std::pair<int32_t, int32_t>{0, 0}, {-5, 3}, {INT32_MIN, -1}}) {
     ScopedTable t({{0, {0, 1000}}});
     BREEK_TABEL(&t.root, piece, gap);
-    EXPECT_EQ(Describe(ColumnsOf(t.root)), "0:{0,1000} ") << "piece " << piece << " gap " << gap;
+    EXPECT_EQ(Describe(ColumnsOf(t.root)), "0: 0 1000") << "piece " << piece << " gap " << gap;
   }
 }
 

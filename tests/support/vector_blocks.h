@@ -20,7 +20,7 @@ inline VECTOR_BLOK* AddBlock(VECTOR_LAYER& layer, uint16_t type, const std::vect
   return b;
 }
 
-inline std::vector<int32_t> Coordinates(const VECTOR_BLOK* b) {
+inline std::vector<int32_t> CoordinatesOf(const VECTOR_BLOK* b) {
   if (b == nullptr || b->Size <= 0)
     return {};
   return std::vector<int32_t>(b->Block, b->Block + b->Size);
@@ -31,7 +31,7 @@ inline std::vector<int32_t> BlockAt(const VECTOR_LAYER& layer, int index) {
   const VECTOR_BLOK* b = layer.FirstBlock;
   for (int i = 0; i < index && b != nullptr; ++i)
     b = b->NextBlock;
-  return Coordinates(b);
+  return CoordinatesOf(b);
 }
 
 inline std::vector<int32_t> BlockSizes(const VECTOR_LAYER& layer) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "geometry/segment_tests.h"
@@ -14,7 +15,7 @@ namespace {
 
 using testing_support::AddBlock;
 using testing_support::BlockAt;
-using testing_support::Coordinates;
+using testing_support::CoordinatesOf;
 using testing_support::ExtentsOf;
 using testing_support::FlattenPoints;
 using C = std::vector<int32_t>;
@@ -111,7 +112,7 @@ TEST_F(ClosestSearch, SearchReportsNearestAndTolerance) {
   EXPECT_TRUE(Search({2, 4}, 7));
   EXPECT_FALSE(nearEnd);
   *y1 = 50;  // the pointers lie in the block
-  EXPECT_EQ(Coordinates(second), (C{0, 50, 10, 10}));
+  EXPECT_EQ(CoordinatesOf(second), (C{0, 50, 10, 10}));
   EXPECT_TRUE(Search({20, 25}, 1));
   EXPECT_EQ(distance, 0);
   EXPECT_FALSE(Search({20, 25}, 0));
@@ -157,7 +158,20 @@ TEST_F(ClosestSearch, RemoveClosestVectorIsStrictOnTolerance) {
   EXPECT_EQ(ExtentsOf(layer), "50 50 60 60");
 }
 
-// Removing the polyline under a cursor is covered by the editing scenario.
+TEST_F(ClosestSearch, RemovePolylineTakesTheWholeRunAndLeavesTheExtents) {
+  AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 50, 50, 60, 50});
+  AddBlock(layer, 1, {100, 100, 110, 100});
+  const std::string extents = ExtentsOf(layer);
+  int32_t x = 11, y = 5;
+  EXPECT_FALSE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 1));
+  EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 2));
+  EXPECT_EQ(BlockAt(layer, 0), (C{50, 50, 60, 50}));
+  EXPECT_EQ(ExtentsOf(layer), extents);  // left for the caller to recompute
+  x = 105, y = 100;
+  EXPECT_TRUE(layer.REMOVE_CLOSEST_VECTOR_POLYLINE(x, y, 2));
+  EXPECT_EQ(layer.NumBlocks, 1);
+}
+
 TEST_F(ClosestSearch, PolylineThroughNearestVector) {
   // Run A, B, C, then a separate run D.
   AddBlock(layer, 1, {0, 0, 10, 0, 10, 0, 10, 10, 10, 10, 0, 10, 50, 50, 60, 50});

@@ -11,7 +11,7 @@ namespace {
 
 using testing_support::BlockAt;
 using testing_support::BlockSizes;
-using testing_support::Coordinates;
+using testing_support::CoordinatesOf;
 using testing_support::ExtentsOf;
 using C = std::vector<int32_t>;
 
@@ -54,7 +54,7 @@ TEST_F(VectorEditing, CircleCountsAndClosesExactly) {
     VECTOR_LAYER l;
     l.ZET_CIRKEL_IN_VECTOR_LAYER(1000, 50, -20, degrees, 4);
     ASSERT_EQ(l.NumBlocks, 1) << degrees;
-    const C v = Coordinates(l.FirstBlock);
+    const C v = CoordinatesOf(l.FirstBlock);
     const int32_t vectors = static_cast<int32_t>(v.size()) / 4;
     EXPECT_EQ(vectors, degrees == 7.0f ? 51 : static_cast<int32_t>(360 / degrees)) << degrees;
     EXPECT_EQ((C{v[0], v[1], v[v.size() - 2], v.back()}), (C{1050, -20, 1050, -20})) << degrees;
