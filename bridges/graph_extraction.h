@@ -73,12 +73,12 @@ class M2dGraphBorderConvert {
 // first line, open chains included.
 KELVOR2D_API void ExtractContourLayer(M2dBoolean* engine, CONTOUR_LAYER& layer);
 
-namespace kelvor_extraction {
+namespace kelvor2d_detail {
 // Exact coordinate of a point record: the fraction first, the whole part added.
 inline double ExactOf(int32_t whole, uint32_t numerator, uint32_t denominator) {
   return static_cast<double>(numerator) / static_cast<double>(denominator) + static_cast<double>(whole);
 }
-}  // namespace kelvor_extraction
+}  // namespace kelvor2d_detail
 
 template <class Source, class Sink>
 void M2dGraphBorderConvert<Source, Sink>::Extract(int16_t level, bool keepOpen, bool segmentFlag,
@@ -148,10 +148,10 @@ void M2dGraphBorderConvert<Source, Sink>::Emit() {
   for (const DLIST_ELEMENT<M2dGraphLine>* n : chain) {
     const M2dGraphPoint* from = n->line.from;
     const M2dGraphPoint* to = n->line.to;
-    const double dx = kelvor_extraction::ExactOf(to->x, to->xNumerator, to->denominator) -
-                      kelvor_extraction::ExactOf(from->x, from->xNumerator, from->denominator);
-    const double sy = kelvor_extraction::ExactOf(to->y, to->yNumerator, to->denominator) +
-                      kelvor_extraction::ExactOf(from->y, from->yNumerator, from->denominator);
+    const double dx = kelvor2d_detail::ExactOf(to->x, to->xNumerator, to->denominator) -
+                      kelvor2d_detail::ExactOf(from->x, from->xNumerator, from->denominator);
+    const double sy = kelvor2d_detail::ExactOf(to->y, to->yNumerator, to->denominator) +
+                      kelvor2d_detail::ExactOf(from->y, from->yNumerator, from->denominator);
     sum += dx * sy * 0.5;
     sink->AddPoint(from->x, from->y);
   }

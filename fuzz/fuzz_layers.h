@@ -19,8 +19,8 @@ inline void Check(bool condition) {
 // The input bytes, read front to back; zeros once they run out.
 class FuzzInput {
  public:
-  FuzzInput(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-  uint8_t Byte() { return at_ < size_ ? data_[at_++] : 0; }
+  FuzzInput(const uint8_t* data, size_t size) : m_data(data), m_size(size) {}
+  uint8_t Byte() { return m_at < m_size ? m_data[m_at++] : 0; }
   // `bytes` (1 to 4) bytes, little-endian.
   uint32_t Word(int bytes) {
     uint32_t w = 0;
@@ -30,9 +30,9 @@ class FuzzInput {
   }
 
  private:
-  const uint8_t* data_;
-  size_t size_;
-  size_t at_ = 0;
+  const uint8_t* m_data;
+  size_t m_size;
+  size_t m_at = 0;
 };
 
 // Coordinates lie strictly between the table sentinels.

@@ -77,51 +77,51 @@ inline int64_t FirstMultipleNotBelow(int32_t distance, int32_t least) {
 class EdgeCrossing {
  public:
   EdgeCrossing(int32_t p0, int32_t s0, int32_t p1, int32_t s1)
-      : slope_(static_cast<float>(Sub32(s1, s0)) / static_cast<float>(Sub32(p1, p0))),
-        intercept_(static_cast<float>(s0) - static_cast<float>(p0) * slope_),
-        p0_(p0),
-        s0_(s0),
-        least_(s0 < s1 ? s0 : s1),
-        greatest_(s0 < s1 ? s1 : s0),
-        primarySpan_(static_cast<int64_t>(p1) - p0),
-        secondarySpan_(static_cast<int64_t>(s1) - s0),
-        exact_(!FitsIn32(primarySpan_) || !FitsIn32(secondarySpan_)) {}
+      : m_slope(static_cast<float>(Sub32(s1, s0)) / static_cast<float>(Sub32(p1, p0))),
+        m_intercept(static_cast<float>(s0) - static_cast<float>(p0) * m_slope),
+        m_p0(p0),
+        m_s0(s0),
+        m_least(s0 < s1 ? s0 : s1),
+        m_greatest(s0 < s1 ? s1 : s0),
+        m_primarySpan(static_cast<int64_t>(p1) - p0),
+        m_secondarySpan(static_cast<int64_t>(s1) - s0),
+        m_exact(!FitsIn32(m_primarySpan) || !FitsIn32(m_secondarySpan)) {}
 
-  int32_t At(int32_t c) const { return exact_ ? ExactAt(c) : FloatAt(c); }
+  int32_t At(int32_t c) const { return m_exact ? ExactAt(c) : FloatAt(c); }
 
  private:
   static bool FitsIn32(int64_t v) { return v >= INT32_MIN && v <= INT32_MAX; }
 
   int32_t FloatAt(int32_t c) const {
-    const float v = static_cast<float>(c) * slope_ + intercept_;
+    const float v = static_cast<float>(c) * m_slope + m_intercept;
     if (v < -2147483648.0f)
-      return least_;
+      return m_least;
     if (v >= 2147483648.0f)
-      return greatest_;
+      return m_greatest;
     const int32_t s = Round(v);
-    return s < least_ ? least_ : s > greatest_ ? greatest_ : s;
+    return s < m_least ? m_least : s > m_greatest ? m_greatest : s;
   }
 
   int32_t ExactAt(int32_t c) const {
-    const __int128 numerator = static_cast<__int128>(static_cast<int64_t>(c) - p0_) * secondarySpan_;
+    const __int128 numerator = static_cast<__int128>(static_cast<int64_t>(c) - m_p0) * m_secondarySpan;
     const __int128 magnitude = numerator < 0 ? -numerator : numerator;
-    const int64_t divisor = primarySpan_ < 0 ? -primarySpan_ : primarySpan_;
+    const int64_t divisor = m_primarySpan < 0 ? -m_primarySpan : m_primarySpan;
     int64_t q = static_cast<int64_t>(magnitude / divisor);
     if (2 * (magnitude % divisor) >= divisor)
       ++q;
-    const bool negative = (numerator < 0) != (primarySpan_ < 0);
-    return static_cast<int32_t>(s0_ + (negative ? -q : q));
+    const bool negative = (numerator < 0) != (m_primarySpan < 0);
+    return static_cast<int32_t>(m_s0 + (negative ? -q : q));
   }
 
-  float slope_;
-  float intercept_;
-  int32_t p0_;
-  int32_t s0_;
-  int32_t least_;  // secondary extent of the edge
-  int32_t greatest_;
-  int64_t primarySpan_;    // p1 - p0, exact
-  int64_t secondarySpan_;  // s1 - s0, exact
-  bool exact_;             // an extent beyond 32 bits: integer crossings
+  float m_slope;
+  float m_intercept;
+  int32_t m_p0;
+  int32_t m_s0;
+  int32_t m_least;  // secondary extent of the edge
+  int32_t m_greatest;
+  int64_t m_primarySpan;    // p1 - p0, exact
+  int64_t m_secondarySpan;  // s1 - s0, exact
+  bool m_exact;             // an extent beyond 32 bits: integer crossings
 };
 
 }  // namespace kelvor2d_detail

@@ -4,7 +4,7 @@
 
 #include "vectors/editing.h"
 
-namespace hatch_internal {
+namespace kelvor2d_detail {
 
 namespace {
 
@@ -172,4 +172,4 @@ void DrawMeanderRound(MeanderPath& path, TABEL** checkCursor, int32_t connectDis
     path.coordinates.Reserve(path.coordinates.Capacity() + MeanderPath::kGrowthStep);
 }
 
-}  // namespace hatch_internal
+}  // namespace kelvor2d_detail

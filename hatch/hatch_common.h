@@ -15,7 +15,7 @@
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
 
-namespace hatch_internal {
+namespace kelvor2d_detail {
 
 // Which coordinate a column's Position is: x in an X table, y in a Y table.
 enum class Axis { kX, kY };
@@ -107,34 +107,34 @@ class GrowingArray {
 
  public:
   explicit GrowingArray(int32_t capacity) { Reserve(capacity); }
-  ~GrowingArray() { free(values_); }
+  ~GrowingArray() { free(m_values); }
   GrowingArray(const GrowingArray&) = delete;
   GrowingArray& operator=(const GrowingArray&) = delete;
 
   // Makes room for `capacity` values in all; never shrinks.
   void Reserve(int32_t capacity) {
-    if (capacity <= capacity_)
+    if (capacity <= m_capacity)
       return;
-    void* grown = realloc(values_, sizeof(T) * static_cast<size_t>(capacity));
+    void* grown = realloc(m_values, sizeof(T) * static_cast<size_t>(capacity));
     if (grown == nullptr)
       throw std::bad_alloc();
-    values_ = static_cast<T*>(grown);
-    capacity_ = capacity;
+    m_values = static_cast<T*>(grown);
+    m_capacity = capacity;
   }
   // Appends without a test: the caller keeps room.
-  void Push(T value) { values_[count_++] = value; }
-  T& operator[](int32_t i) { return values_[i]; }
-  const T& operator[](int32_t i) const { return values_[i]; }
-  T* Data() { return values_; }
-  int32_t Count() const { return count_; }
-  int32_t Capacity() const { return capacity_; }
-  int32_t Room() const { return capacity_ - count_; }
-  void Empty() { count_ = 0; }
+  void Push(T value) { m_values[m_count++] = value; }
+  T& operator[](int32_t i) { return m_values[i]; }
+  const T& operator[](int32_t i) const { return m_values[i]; }
+  T* Data() { return m_values; }
+  int32_t Count() const { return m_count; }
+  int32_t Capacity() const { return m_capacity; }
+  int32_t Room() const { return m_capacity - m_count; }
+  void Empty() { m_count = 0; }
 
  private:
-  T* values_ = nullptr;
-  int32_t count_ = 0;
-  int32_t capacity_ = 0;
+  T* m_values = nullptr;
+  int32_t m_count = 0;
+  int32_t m_capacity = 0;
 };
 
 // Appends the vector (x1, y1)-(x2, y2) to a coordinate path with room for it.
@@ -206,4 +206,4 @@ void HatchInOrder(const DirectionOrder& order, HatchX hatchX, HatchY hatchY) {
   }
 }
 
-}  // namespace hatch_internal
+}  // namespace kelvor2d_detail

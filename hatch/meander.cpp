@@ -29,7 +29,7 @@ TABEL* StepDown(TABEL* cursor) {
 // cursor takes one step up per column passed.
 MeanderStart FindStartUpwards(TABEL* table, TABEL* cursor) {
   TABEL* column = table->Next;
-  while (column != nullptr && !hatch_internal::HasFirstCrossing(column)) {
+  while (column != nullptr && !kelvor2d_detail::HasFirstCrossing(column)) {
     column = column->Next;
     cursor = StepUp(cursor);
   }
@@ -47,7 +47,7 @@ MeanderStart FindStartDownwards(TABEL* table, TABEL* cursor) {
   column = column->Prev;
   while (cursor != nullptr && cursor->Prev != nullptr && cursor->Position > column->Position)
     cursor = cursor->Prev;
-  while (column != nullptr && !hatch_internal::HasFirstCrossing(column)) {
+  while (column != nullptr && !kelvor2d_detail::HasFirstCrossing(column)) {
     column = column->Prev;
     cursor = StepDown(cursor);
   }
@@ -59,17 +59,17 @@ MeanderStart FindStartDownwards(TABEL* table, TABEL* cursor) {
 // finds nothing.
 void WalkMeander(VECTOR_LAYER& layer, TABEL* table, MeanderStart start, bool checked, int32_t connectDistance,
                  bool backwards, char type) {
-  hatch_internal::MeanderPath path;
+  kelvor2d_detail::MeanderPath path;
   TABEL* column = start.column;
   L_LIST* pair = column->List->Next;
   TABEL* checkCursor = start.checkCursor;
   while (pair != nullptr) {
-    hatch_internal::DrawMeanderRound(path, checked ? &checkCursor : nullptr, connectDistance,
-                                     column->Position, pair->Value, pair->Next->Value);
+    kelvor2d_detail::DrawMeanderRound(path, checked ? &checkCursor : nullptr, connectDistance,
+                                      column->Position, pair->Value, pair->Next->Value);
     TABEL* found = column;
     L_LIST* next = backwards ? ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_LINKS(table, column, &found, pair)
                              : ZOEK_DICHTSTE_PUNTEN_IN_X_TABEL_ENKEL_RECHTS(table, column, &found, pair);
-    hatch_internal::UnlinkPair(column->List, pair);
+    kelvor2d_detail::UnlinkPair(column->List, pair);
     column = found;
     pair = next;
   }
@@ -78,7 +78,7 @@ void WalkMeander(VECTOR_LAYER& layer, TABEL* table, MeanderStart start, bool che
 
 void AddMeander(VECTOR_LAYER& layer, TABEL* table, TABEL* checkTable, const MSliceFileParameters& parameters,
                 unsigned short backwards, char type) {
-  if (table == nullptr || table->Next == nullptr || !hatch_internal::ListsArePaired(*table))
+  if (table == nullptr || table->Next == nullptr || !kelvor2d_detail::ListsArePaired(*table))
     return;
   TABEL* cursor = checkTable != nullptr ? checkTable->Next : nullptr;
   const MeanderStart start =

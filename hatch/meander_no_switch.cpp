@@ -12,7 +12,7 @@
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
 
-using hatch_internal::GrowingArray;
+using kelvor2d_detail::GrowingArray;
 
 namespace {
 
@@ -23,7 +23,7 @@ namespace {
 TABEL* PlaceCheckCursor(TABEL* checkTable, int32_t startPosition) {
   if (checkTable == nullptr || checkTable->Next == nullptr)
     return nullptr;
-  TABEL* cursor = hatch_internal::FindTailSentinel(*checkTable);
+  TABEL* cursor = kelvor2d_detail::FindTailSentinel(*checkTable);
   while (cursor->Prev != nullptr && cursor->Position > startPosition)
     cursor = cursor->Prev;
   return cursor;
@@ -31,17 +31,17 @@ TABEL* PlaceCheckCursor(TABEL* checkTable, int32_t startPosition) {
 
 void WalkNoSwitchMeander(VECTOR_LAYER& layer, TABEL* table, TABEL* column, TABEL* checkCursor,
                          bool entryAtFirst, int32_t connectDistance, char type) {
-  hatch_internal::MeanderPath path;
+  kelvor2d_detail::MeanderPath path;
   FixedEntryDownWalk search(table, false);
   L_LIST* pair = column->List->Next;
   while (pair != nullptr) {
     const int32_t a = pair->Value;
     const int32_t b = pair->Next->Value;
-    hatch_internal::DrawMeanderRound(path, &checkCursor, connectDistance, column->Position,
-                                     entryAtFirst ? a : b, entryAtFirst ? b : a);
+    kelvor2d_detail::DrawMeanderRound(path, &checkCursor, connectDistance, column->Position,
+                                      entryAtFirst ? a : b, entryAtFirst ? b : a);
     TABEL* found = column;
     L_LIST* next = search.Next(column, &found, pair, entryAtFirst);
-    hatch_internal::UnlinkPair(column->List, pair);
+    kelvor2d_detail::UnlinkPair(column->List, pair);
     column = found;
     pair = next;
   }
@@ -93,7 +93,7 @@ struct PathList {
       paths.Reserve(paths.Capacity() + kSetRoom);
     auto* path = new Path(kFirstPathRoom);
     paths.Push(path);
-    hatch_internal::PushVector(*path, x, from, x, to);
+    kelvor2d_detail::PushVector(*path, x, from, x, to);
     return path;
   }
 };
@@ -108,8 +108,8 @@ int32_t LastX(Path* path) {
 void ExtendPath(Path* path, int32_t xp, int32_t x, int32_t entry, int32_t exit) {
   if (path->Room() < 8)
     path->Reserve(2 * path->Capacity());
-  hatch_internal::PushVector(*path, xp, LastY(path), x, entry);
-  hatch_internal::PushVector(*path, x, entry, x, exit);
+  kelvor2d_detail::PushVector(*path, xp, LastY(path), x, entry);
+  kelvor2d_detail::PushVector(*path, x, entry, x, exit);
 }
 
 // The check of one column of the second table: its run pointer moves forwards
@@ -138,7 +138,7 @@ int32_t ChooseSlot(SlotSet& live, int32_t entry, int32_t maxStep) {
   for (int32_t i = 0; i < live.slots.Count(); ++i) {
     if (live.slots[i] == nullptr)
       continue;
-    const uint32_t d = hatch_internal::AbsoluteDifference(LastY(live.slots[i]), entry);
+    const uint32_t d = kelvor2d_detail::AbsoluteDifference(LastY(live.slots[i]), entry);
     if (best < 0) {
       if (d >= static_cast<uint32_t>(maxStep))
         continue;
@@ -169,7 +169,7 @@ ColumnCheck PrepareCheck(Sweep& sweep, const TABEL* column) {
     return check;
   while (cursor->Next != nullptr && cursor->Position < sweep.previous->Position)
     cursor = cursor->Next;
-  if (cursor->Position <= column->Position && hatch_internal::HasFirstCrossing(cursor)) {
+  if (cursor->Position <= column->Position && kelvor2d_detail::HasFirstCrossing(cursor)) {
     check.active = true;
     check.run = cursor->List->Next;
   }
@@ -214,7 +214,7 @@ void EmptyLiveSet(Sweep& sweep) {
 
 // One column after the first.
 void SweepColumn(Sweep& sweep, TABEL* column) {
-  const bool hasCrossing = hatch_internal::HasFirstCrossing(column);
+  const bool hasCrossing = kelvor2d_detail::HasFirstCrossing(column);
   if (column->Position == 1 && !hasCrossing)
     return;
   if (!hasCrossing) {
@@ -269,15 +269,15 @@ void VECTOR_LAYER::ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED(TABEL* table, TAB
                                                                unsigned short /*backwards*/, char type) {
   if (table == nullptr || table->Next == nullptr || parameters.XHatchDistance == 0)
     return;
-  if (!hatch_internal::ListsArePaired(*table))
+  if (!kelvor2d_detail::ListsArePaired(*table))
     return;
   const int32_t firstPosition = table->Next->Position;
   TABEL* start =
-      hatch_internal::FindColumnWithCrossing(hatch_internal::FindTailSentinel(*table)->Prev, false);
+      kelvor2d_detail::FindColumnWithCrossing(kelvor2d_detail::FindTailSentinel(*table)->Prev, false);
   if (start == nullptr)
     return;
   TABEL* checkCursor = PlaceCheckCursor(checkTable, start->Position);
-  const int32_t quotient = hatch_internal::Sub32(start->Position, firstPosition) / parameters.XHatchDistance;
+  const int32_t quotient = kelvor2d_detail::Sub32(start->Position, firstPosition) / parameters.XHatchDistance;
   WalkNoSwitchMeander(*this, table, start, checkCursor, quotient % 2 == 0, parameters.MeanderConnectDistance,
                       type);
 }

@@ -9,7 +9,7 @@
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
 
-using hatch_internal::Axis;
+using kelvor2d_detail::Axis;
 
 namespace {
 
@@ -38,8 +38,9 @@ SmartWalk ChooseWalk(Axis axis, unsigned short direction) {
 // The start column: from the low end up, or from the last real column down.
 TABEL* FindStartColumn(TABEL& table, bool upwards) {
   if (upwards)
-    return hatch_internal::FindColumnWithCrossing(table.Next, true);
-  TABEL* start = hatch_internal::FindColumnWithCrossing(hatch_internal::FindTailSentinel(table)->Prev, false);
+    return kelvor2d_detail::FindColumnWithCrossing(table.Next, true);
+  TABEL* start =
+      kelvor2d_detail::FindColumnWithCrossing(kelvor2d_detail::FindTailSentinel(table)->Prev, false);
   return start != nullptr && start->Prev != nullptr ? start : nullptr;
 }
 
@@ -48,17 +49,17 @@ TABEL* FindStartColumn(TABEL& table, bool upwards) {
 void WriteSmartVector(int32_t* out, Axis axis, int32_t position, int32_t u, int32_t v,
                       const MSliceFileParameters& parameters, int32_t limit) {
   int32_t end = v;
-  if (parameters.ShortenSmartHatch && hatch_internal::IsLongerThan(u, v, limit)) {
+  if (parameters.ShortenSmartHatch && kelvor2d_detail::IsLongerThan(u, v, limit)) {
     end = v > u ? v - parameters.HatchShortening : v + parameters.HatchShortening;
   }
-  hatch_internal::WriteColumnVector(out, axis, position, u, end);
+  kelvor2d_detail::WriteColumnVector(out, axis, position, u, end);
 }
 
 // Draws run after run into the block; false when a pair lacks its
 // second element, a list ends inside a pair, or the buffer would overflow.
 bool DrawNearestRuns(VECTOR_BLOK* block, int32_t capacity, TABEL& table, TABEL* column,
                      const MSliceFileParameters& parameters, const SmartWalk& walk) {
-  const int32_t limit = hatch_internal::ShorteningLimit(parameters);
+  const int32_t limit = kelvor2d_detail::ShorteningLimit(parameters);
   L_LIST* pair = column->List->Next;
   while (pair != nullptr) {
     if (pair->Next == nullptr || block->Size + 4 > capacity)
@@ -68,7 +69,7 @@ bool DrawNearestRuns(VECTOR_BLOK* block, int32_t capacity, TABEL& table, TABEL* 
     block->Size += 4;
     TABEL* found = column;
     L_LIST* next = walk.search(&table, column, &found, pair);
-    if (hatch_internal::UnlinkPair(column->List, pair) == hatch_internal::UnlinkResult::kEndsInsidePair)
+    if (kelvor2d_detail::UnlinkPair(column->List, pair) == kelvor2d_detail::UnlinkResult::kEndsInsidePair)
       return false;
     column = found;
     pair = next;
@@ -80,18 +81,18 @@ bool AddSmartHatching(VECTOR_LAYER& layer, TABEL& table, const MSliceFileParamet
                       unsigned short direction, char type, Axis axis) {
   if (table.Next == nullptr)
     return true;
-  const int32_t total = 2 * hatch_internal::CountTableCrossings(table);
+  const int32_t total = 2 * kelvor2d_detail::CountTableCrossings(table);
   if (total == 0)
     return true;
   const SmartWalk walk = ChooseWalk(axis, direction);
   TABEL* start = FindStartColumn(table, walk.upwards);
   if (start == nullptr)
     return true;
-  VECTOR_BLOK* block = hatch_internal::AllocateHatchBlock(total, type);
+  VECTOR_BLOK* block = kelvor2d_detail::AllocateHatchBlock(total, type);
   if (block == nullptr)
     return false;
   if (!DrawNearestRuns(block, total, table, start, parameters, walk)) {
-    hatch_internal::ReleaseHatchBlock(block);
+    kelvor2d_detail::ReleaseHatchBlock(block);
     return false;
   }
   layer.ADD_VECTOR_BLOK(block);
@@ -100,11 +101,11 @@ bool AddSmartHatching(VECTOR_LAYER& layer, TABEL& table, const MSliceFileParamet
 
 // Steps of ADD_HATCHINGS: (Y first, X downwards, Y downwards); a downward walk
 // is direction 1.
-constexpr hatch_internal::DirectionOrder kHatchingsOrders[8] = {
+constexpr kelvor2d_detail::DirectionOrder kHatchingsOrders[8] = {
     {false, false, false}, {true, false, false}, {false, true, false}, {true, true, false},
     {false, true, true},   {true, true, true},   {false, false, true}, {true, false, true},
 };
-constexpr hatch_internal::DirectionOrder kFixedHatchingsOrder{false, true, true};
+constexpr kelvor2d_detail::DirectionOrder kFixedHatchingsOrder{false, true, true};
 
 }  // namespace
 
@@ -119,9 +120,9 @@ bool VECTOR_LAYER::ADD_Y_SMART_HATCHING(TABEL& table, MSliceFileParameters& para
 }
 
 bool VECTOR_LAYER::ADD_HATCHINGS(MSliceFileParameters& parameters, TABEL& xTable, TABEL& yTable, char type) {
-  const hatch_internal::DirectionOrder order = hatch_internal::TakeDirectionOrder(
+  const kelvor2d_detail::DirectionOrder order = kelvor2d_detail::TakeDirectionOrder(
       hatchingsStep, parameters.CycleHatchOrder, kHatchingsOrders, kFixedHatchingsOrder);
-  hatch_internal::HatchInOrder(
+  kelvor2d_detail::HatchInOrder(
       order, [&](bool down) { ADD_X_SMART_HATCHING(xTable, parameters, down ? 1 : 0, type); },
       [&](bool down) { ADD_Y_SMART_HATCHING(yTable, parameters, down ? 1 : 0, type); });
   return true;

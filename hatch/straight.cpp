@@ -7,7 +7,7 @@
 #include "scan/slice_file_parameters.h"
 #include "scan/tabel.h"
 
-using hatch_internal::Axis;
+using kelvor2d_detail::Axis;
 
 namespace {
 
@@ -32,13 +32,13 @@ void WriteColumnRuns(int32_t* stretch, int32_t pairs, const TABEL* column, Axis 
   for (int32_t k = 0; k < pairs; ++k, e = e->Next->Next) {
     const int32_t a = e->Value;
     const int32_t b = e->Next->Value;
-    const bool shorten = hatch_internal::IsLongerThan(a, b, rule.limit);
+    const bool shorten = kelvor2d_detail::IsLongerThan(a, b, rule.limit);
     if (rising) {
-      hatch_internal::WriteColumnVector(stretch + 4 * k, axis, column->Position,
-                                        shorten ? a + rule.amount : a, b);
+      kelvor2d_detail::WriteColumnVector(stretch + 4 * k, axis, column->Position,
+                                         shorten ? a + rule.amount : a, b);
     } else {
-      hatch_internal::WriteColumnVector(stretch + 4 * (pairs - 1 - k), axis, column->Position,
-                                        shorten ? b - rule.amount : b, a);
+      kelvor2d_detail::WriteColumnVector(stretch + 4 * (pairs - 1 - k), axis, column->Position,
+                                         shorten ? b - rule.amount : b, a);
     }
   }
 }
@@ -47,11 +47,11 @@ void WriteColumnRuns(int32_t* stretch, int32_t pairs, const TABEL* column, Axis 
 int32_t WriteSerpentine(VECTOR_BLOK* block, TABEL& table, const StraightWalk& walk,
                         const ShorteningRule& rule) {
   bool rising = true;
-  TABEL* column = walk.fromTail ? hatch_internal::FindTailSentinel(table) : table.Next;
+  TABEL* column = walk.fromTail ? kelvor2d_detail::FindTailSentinel(table) : table.Next;
   int32_t size = 0;
   while (walk.fromTail ? column->Prev != nullptr : column->Next != nullptr) {
     if (column->List != nullptr) {
-      const int32_t pairs = hatch_internal::PairsInList(column->List);
+      const int32_t pairs = kelvor2d_detail::PairsInList(column->List);
       WriteColumnRuns(block->Block + size, pairs, column, walk.axis, rising, rule);
       size += 4 * pairs;
       rising = !rising;
@@ -65,13 +65,13 @@ bool AddStraightHatching(VECTOR_LAYER& layer, TABEL& table, const MSliceFilePara
                          const StraightWalk& walk) {
   if (table.Next == nullptr)
     return true;
-  const int32_t total = hatch_internal::CountTableCoordinates(table);
+  const int32_t total = kelvor2d_detail::CountTableCoordinates(table);
   if (total == 0)
     return true;
-  VECTOR_BLOK* block = hatch_internal::AllocateHatchBlock(total, type);
+  VECTOR_BLOK* block = kelvor2d_detail::AllocateHatchBlock(total, type);
   if (block == nullptr)
     return false;
-  const ShorteningRule rule{hatch_internal::ShorteningLimit(parameters), parameters.HatchShortening};
+  const ShorteningRule rule{kelvor2d_detail::ShorteningLimit(parameters), parameters.HatchShortening};
   block->Size = WriteSerpentine(block, table, walk, rule);
   layer.ADD_VECTOR_BLOK(block);
   return true;

@@ -18,11 +18,11 @@ uint16_t supportStep = 0;
 
 // Steps of ADD_SUPPORT: (Y first, X from the high end (LINKS), Y from the high
 // end (ONDER)).
-constexpr hatch_internal::DirectionOrder kSupportOrders[8] = {
+constexpr kelvor2d_detail::DirectionOrder kSupportOrders[8] = {
     {false, true, true},   {true, true, true},   {false, false, true}, {true, false, true},
     {false, false, false}, {true, false, false}, {false, true, false}, {true, true, false},
 };
-constexpr hatch_internal::DirectionOrder kFixedSupportOrder{false, false, false};
+constexpr kelvor2d_detail::DirectionOrder kFixedSupportOrder{false, false, false};
 
 // ---- walls ----
 
@@ -41,11 +41,11 @@ struct WallGroup {
 
 bool BelongsToGroup(const TABEL* column, const WallGroup& group) {
   return column->Next != nullptr && ColumnCount(column) == group.count &&
-         hatch_internal::PairsInList(column->List) == group.walls;
+         kelvor2d_detail::PairsInList(column->List) == group.walls;
 }
 
 WallGroup MeasureGroup(const TABEL* first) {
-  WallGroup group{ColumnCount(first), hatch_internal::PairsInList(first->List), 0};
+  WallGroup group{ColumnCount(first), kelvor2d_detail::PairsInList(first->List), 0};
   for (const TABEL* c = first; BelongsToGroup(c, group); c = c->Next)
     ++group.columns;
   return group;
@@ -61,8 +61,8 @@ void AppendColumnToWalls(VECTOR_BLOK** walls, int32_t count, const TABEL* column
       continue;
     const int32_t low = e->Value < e->Next->Value ? e->Value : e->Next->Value;
     const int32_t high = e->Value < e->Next->Value ? e->Next->Value : e->Value;
-    hatch_internal::WriteColumnVector(walls[i]->Block + place, hatch_internal::Axis::kX, column->Position,
-                                      rising ? low : high, rising ? high : low);
+    kelvor2d_detail::WriteColumnVector(walls[i]->Block + place, kelvor2d_detail::Axis::kX, column->Position,
+                                       rising ? low : high, rising ? high : low);
   }
 }
 
@@ -86,7 +86,7 @@ TABEL* AddWallGroup(VECTOR_LAYER& layer, TABEL* first, bool& rising, const MSlic
   auto** walls =
       static_cast<VECTOR_BLOK**>(calloc(static_cast<size_t>(group.walls) + 1, sizeof(VECTOR_BLOK*)));
   for (int32_t i = 0; walls != nullptr && i < group.walls; ++i) {
-    walls[i] = hatch_internal::AllocateHatchBlock(4 * group.columns, type);
+    walls[i] = kelvor2d_detail::AllocateHatchBlock(4 * group.columns, type);
   }
   TABEL* column = first;
   for (int32_t k = 0; k < group.columns; ++k, column = column->Next) {
@@ -110,8 +110,8 @@ int32_t* CopyPoint(int32_t* out, const int32_t* from) {
 }
 
 bool NeedsConnection(const int32_t* end, const int32_t* start, int32_t distance) {
-  const double dx = hatch_internal::Sub32(end[0], start[0]);
-  const double dy = hatch_internal::Sub32(end[1], start[1]);
+  const double dx = kelvor2d_detail::Sub32(end[0], start[0]);
+  const double dy = kelvor2d_detail::Sub32(end[1], start[1]);
   const double limit = static_cast<double>(distance) * static_cast<double>(distance);
   return limit > dx * dx + dy * dy;
 }
@@ -138,9 +138,9 @@ int32_t JoinVectors(const int32_t* block, int32_t vectors, int32_t* work, int32_
 bool VECTOR_LAYER::ADD_SUPPORT(MSliceFileParameters& parameters, TABEL& xTable, TABEL& yTable, char type) {
   const char xType = type == kVectorTypeSupportDefault ? static_cast<char>(kVectorTypeSupportX) : type;
   const char yType = type == kVectorTypeSupportDefault ? static_cast<char>(kVectorTypeSupportY) : type;
-  const hatch_internal::DirectionOrder order = hatch_internal::TakeDirectionOrder(
+  const kelvor2d_detail::DirectionOrder order = kelvor2d_detail::TakeDirectionOrder(
       supportStep, parameters.CycleHatchOrder, kSupportOrders, kFixedSupportOrder);
-  hatch_internal::HatchInOrder(
+  kelvor2d_detail::HatchInOrder(
       order,
       [&](bool down) {
         down ? ADD_X_ARCERING_LINKS(xTable, parameters, xType)

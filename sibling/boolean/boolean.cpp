@@ -17,7 +17,7 @@ template <class Inside>
 void M2dBoolean::SplitAndKeep(Inside inside) {
   // The fed lines give way to the kept pieces as the sweep makes them, each
   // directed with the material on its right.
-  class Keeper : public kelvor_boolean::PieceSink {
+  class Keeper : public kelvor2d_detail::PieceSink {
    public:
     Keeper(M2dBoolean& engine, Inside& inside) : m_engine(engine), m_inside(inside) {}
     void LinesTaken() override { m_engine.ClearLines(); }
@@ -36,8 +36,8 @@ void M2dBoolean::SplitAndKeep(Inside inside) {
     Inside& m_inside;
   };
   Keeper keeper(*this, inside);
-  kelvor_boolean::SweepArrangement(*this, keeper);
-  kelvor_boolean::SplitIntoSimpleRings(*lines, GetNumPoints());
+  kelvor2d_detail::SweepArrangement(*this, keeper);
+  kelvor2d_detail::SplitIntoSimpleRings(*lines, GetNumPoints());
   m_shellStart = lines->count;
 }
 

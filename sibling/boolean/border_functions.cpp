@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 namespace {
 
@@ -135,7 +135,7 @@ void FeedBorder(M2dBoolean& engine, const M3dBorderLong& border) {
   }
 }
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail
 
 bool AU::BooleanRemoveSelfIntersections(M3dBorderLong& border) {
   M2dBoolean engine;
@@ -144,24 +144,24 @@ bool AU::BooleanRemoveSelfIntersections(M3dBorderLong& border) {
     if (c.GetIsClosed())
       closed.AddContourAtEnd(c);
   }
-  kelvor_boolean::FeedBorder(engine, closed);
+  kelvor2d_detail::FeedBorder(engine, closed);
   engine.RemoveIntegerSelfIntersections();
   border.MakeEmpty();
-  kelvor_boolean::AppendRings(engine, border);
+  kelvor2d_detail::AppendRings(engine, border);
   return true;
 }
 
 bool AU::OrientBorder2D(M3dBorderLong& border, bool* inverted) {
-  std::vector<kelvor_boolean::ClosedContour> contours;
+  std::vector<kelvor2d_detail::ClosedContour> contours;
   for (M3dBorderContourLong& c : border) {
     if (c.GetIsClosed() && c.GetNumPoints() > 0)
-      contours.push_back(kelvor_boolean::Collect(c));
+      contours.push_back(kelvor2d_detail::Collect(c));
   }
   bool any = false;
-  for (const kelvor_boolean::ClosedContour& inner : contours) {
+  for (const kelvor2d_detail::ClosedContour& inner : contours) {
     int depth = 0;
-    for (const kelvor_boolean::ClosedContour& outer : contours) {
-      if (&outer != &inner && kelvor_boolean::Contains(outer, inner))
+    for (const kelvor2d_detail::ClosedContour& outer : contours) {
+      if (&outer != &inner && kelvor2d_detail::Contains(outer, inner))
         ++depth;
     }
     const bool isOuter = depth % 2 == 0;

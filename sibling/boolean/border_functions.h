@@ -6,7 +6,7 @@
 #include "sibling/boolean/boolean.h"
 #include "sibling/math/border.h"
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 // Appends the rings of a filtered engine to `border`: closed contours whose
 // points are the exact points rounded to the nearest grid point (repeats
@@ -18,7 +18,7 @@ void AppendRings(M2dBoolean& engine, M3dBorderLong& border);
 // as a closed loop, in its stored sense.
 void FeedBorder(M2dBoolean& engine, const M3dBorderLong& border);
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail
 
 namespace AU {
 

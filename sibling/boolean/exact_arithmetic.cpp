@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 namespace {
 
@@ -164,4 +164,4 @@ double ExactToDouble(int32_t whole, UInt128 fraction, UInt128 denominator) {
   return f + static_cast<double>(whole);
 }
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

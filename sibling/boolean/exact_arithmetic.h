@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 using Int128 = __int128;
 using UInt128 = unsigned __int128;
@@ -78,4 +78,4 @@ bool TurnsBeforeCounterClockwise(int64_t refx, int64_t refy, int64_t ux, int64_t
 // The exact position as doubles, fraction first and the whole part added.
 double ExactToDouble(int32_t whole, UInt128 fraction, UInt128 denominator);
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

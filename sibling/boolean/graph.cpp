@@ -5,8 +5,8 @@
 #include <new>
 #include <type_traits>
 
-using kelvor_boolean::ExactCoordinates;
-using kelvor_boolean::UInt128;
+using kelvor2d_detail::ExactCoordinates;
+using kelvor2d_detail::UInt128;
 
 static_assert(std::is_trivially_destructible<M2dGraphPoint>::value,
               "point blocks are released without destructors");
@@ -55,7 +55,7 @@ void StoreRecordFractions(M2dGraphPoint* p, const M2dGraphFraction& f) {
 uint64_t FractionKey(UInt128 fraction, UInt128 denominator) {
   if (fraction == 0)
     return 0;
-  return static_cast<uint64_t>(kelvor_boolean::FloorQuotient(fraction << 62, denominator));
+  return static_cast<uint64_t>(kelvor2d_detail::FloorQuotient(fraction << 62, denominator));
 }
 
 }  // namespace
@@ -177,7 +177,7 @@ M2dGraphPoint* M2dGraph::GetExactPoint(const ExactCoordinates& position) {
   if (position.xFraction == 0 && position.yFraction == 0)
     return GetGridPoint(position.x, position.y);  // a crossing on the grid is a grid point
   Slot& slot = FindSlot(position.x, position.y, [&position](const M2dGraphPoint& p) {
-    return !p.IsInteger() && kelvor_boolean::SameExactPosition(p.fraction->exact, position);
+    return !p.IsInteger() && kelvor2d_detail::SameExactPosition(p.fraction->exact, position);
   });
   return slot.number != 0 ? PointNumber(slot.number - 1) : Enter(slot, MakeExactPoint(position));
 }
@@ -277,8 +277,8 @@ M2dGraphLineNode* M2dGraphLine::TurnToNextSegment() const {
   for (M2dGraphLineNode* n = to->firstOut; n != nullptr; n = n->line.nextOut) {
     const M2dGraphLine& c = n->line;
     if (best == nullptr ||
-        kelvor_boolean::TurnsBeforeCounterClockwise(backX, backY, c.directionX, c.directionY,
-                                                    best->line.directionX, best->line.directionY)) {
+        kelvor2d_detail::TurnsBeforeCounterClockwise(backX, backY, c.directionX, c.directionY,
+                                                     best->line.directionX, best->line.directionY)) {
       best = n;
     }
   }
@@ -292,8 +292,8 @@ M2dGraphLineNode* M2dGraphLine::TurnToPreviousSegment() const {
   for (M2dGraphLineNode* n = from->firstIn; n != nullptr; n = n->line.nextIn) {
     const M2dGraphLine& c = n->line;
     if (best == nullptr ||
-        kelvor_boolean::TurnsBeforeCounterClockwise(directionX, -directionY, -c.directionX, c.directionY,
-                                                    -best->line.directionX, best->line.directionY)) {
+        kelvor2d_detail::TurnsBeforeCounterClockwise(directionX, -directionY, -c.directionX, c.directionY,
+                                                     -best->line.directionX, best->line.directionY)) {
       best = n;
     }
   }

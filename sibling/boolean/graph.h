@@ -53,9 +53,9 @@ using M2dGraphLineNode = DLIST_ELEMENT<M2dGraphLine>;
 // The exact position of a point off the grid, with keys that order it
 // before exact tests.
 struct M2dGraphFraction {
-  kelvor_boolean::ExactCoordinates exact;  // the exact position
-  uint64_t xKey;                           // floor(2^62 * fraction of x)
-  uint64_t yKey;                           // floor(2^62 * fraction of y)
+  kelvor2d_detail::ExactCoordinates exact;  // the exact position
+  uint64_t xKey;                            // floor(2^62 * fraction of x)
+  uint64_t yKey;                            // floor(2^62 * fraction of y)
 };
 
 // A point of the graph. The lines at one position all meet in one object. The exact
@@ -77,25 +77,25 @@ struct KELVOR2D_API M2dGraphPoint {
   // True when the point lies on the grid.
   bool IsInteger() const { return fraction == nullptr; }
   // The exact position.
-  kelvor_boolean::ExactCoordinates Exact() const {
-    return fraction != nullptr ? fraction->exact : kelvor_boolean::ExactCoordinates{x, y, 0, 0, 1};
+  kelvor2d_detail::ExactCoordinates Exact() const {
+    return fraction != nullptr ? fraction->exact : kelvor2d_detail::ExactCoordinates{x, y, 0, 0, 1};
   }
   uint64_t XKey() const { return fraction != nullptr ? fraction->xKey : 0; }
   uint64_t YKey() const { return fraction != nullptr ? fraction->yKey : 0; }
   // The exact position rounded to doubles (for filters only).
   double NearX() const {
     return fraction != nullptr
-               ? kelvor_boolean::ExactToDouble(x, fraction->exact.xFraction, fraction->exact.denominator)
+               ? kelvor2d_detail::ExactToDouble(x, fraction->exact.xFraction, fraction->exact.denominator)
                : static_cast<double>(x);
   }
   double NearY() const {
     return fraction != nullptr
-               ? kelvor_boolean::ExactToDouble(y, fraction->exact.yFraction, fraction->exact.denominator)
+               ? kelvor2d_detail::ExactToDouble(y, fraction->exact.yFraction, fraction->exact.denominator)
                : static_cast<double>(y);
   }
 };
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 // Order of the exact x (or y) of two graph points: -1, 0 or +1. The whole
 // parts and the 62-bit fraction keys decide almost always; exact fractions
@@ -122,7 +122,7 @@ inline int ComparePointXY(const M2dGraphPoint* p, const M2dGraphPoint* q) {
   return c != 0 ? c : ComparePointY(p, q);
 }
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail
 
 // A directed line between two graph points.
 struct KELVOR2D_API M2dGraphLine {
@@ -170,11 +170,11 @@ class KELVOR2D_API M2dGraph {
   M2dGraphPoint* GetGridPoint(int32_t x, int32_t y);
   // The point at an exact position, made on first use (points of MakeExactPoint
   // are not looked at).
-  KELVOR2D_NO_EXPORT M2dGraphPoint* GetExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT M2dGraphPoint* GetExactPoint(const kelvor2d_detail::ExactCoordinates& position);
   // A new point at an exact position off the grid (some fraction nonzero),
   // made without looking for one there: for a caller that keeps coincident
   // positions together itself. GetExactPoint does not find it.
-  KELVOR2D_NO_EXPORT M2dGraphPoint* MakeExactPoint(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT M2dGraphPoint* MakeExactPoint(const kelvor2d_detail::ExactCoordinates& position);
   // Hints that the point at the grid position (x, y) is asked for soon, so
   // that its lookup can start early; changes nothing.
   void PrefetchGridPoint(int32_t x, int32_t y) const;
@@ -219,7 +219,7 @@ class KELVOR2D_API M2dGraph {
   template <class Same>
   Slot& FindSlot(int32_t x, int32_t y, Same same);
   M2dGraphPoint* Enter(Slot& slot, M2dGraphPoint* p);
-  KELVOR2D_NO_EXPORT const M2dGraphFraction* NewFraction(const kelvor_boolean::ExactCoordinates& position);
+  KELVOR2D_NO_EXPORT const M2dGraphFraction* NewFraction(const kelvor2d_detail::ExactCoordinates& position);
   M2dGraphLineNode* NewLineNode();
   void GrowSlots(size_t size);
 };

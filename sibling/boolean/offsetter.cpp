@@ -103,9 +103,9 @@ struct Normal {
 void AddJoin(RawLoops& loop, const Vertex& prev, const Vertex& cur, const Vertex& next, const Normal& a,
              const Normal& b, const OffsetSide& s) {
   const int64_t inX = cur.x - prev.x, inY = cur.y - prev.y, outX = next.x - cur.x, outY = next.y - cur.y;
-  const int turn = kelvor_boolean::Orientation(prev.x, prev.y, cur.x, cur.y, next.x, next.y);
+  const int turn = kelvor2d_detail::Orientation(prev.x, prev.y, cur.x, cur.y, next.x, next.y);
   const bool backwards =
-      static_cast<kelvor_boolean::Int128>(inX) * outX + static_cast<kelvor_boolean::Int128>(inY) * outY < 0;
+      static_cast<kelvor2d_detail::Int128>(inX) * outX + static_cast<kelvor2d_detail::Int128>(inY) * outY < 0;
   const double ax = a.x, ay = a.y, bx = b.x, by = b.y;
   if (turn == 0 && !backwards) {
     loop.Add(cur.x + s.radius * ax, cur.y + s.radius * ay);
@@ -187,7 +187,7 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
   }
   loops.Feed(engine);
   engine.SplitClassifyAndFilter(0, M2dBoolean::kNoUpperBound);
-  kelvor_boolean::AppendRings(engine, m_result);
+  kelvor2d_detail::AppendRings(engine, m_result);
 }
 
 void M2dOffsetter::Clear() {

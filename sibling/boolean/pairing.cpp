@@ -5,7 +5,7 @@
 
 #include "sibling/boolean/pairing.h"
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 namespace {
 
@@ -67,4 +67,4 @@ void SplitIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints) {
   }
 }
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

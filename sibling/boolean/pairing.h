@@ -6,7 +6,7 @@
 
 #include "sibling/boolean/graph.h"
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 // Where a ring of successor links passes a point twice, swaps the
 // continuations of the two visits, which cuts it there into two rings; sets
@@ -14,4 +14,4 @@ namespace kelvor_boolean {
 // line that bounds the same wedge of material at its end.
 void SplitIntoSimpleRings(DLIST<M2dGraphLine>& lines, uint32_t numPoints);
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

@@ -11,7 +11,7 @@
 #include "sibling/boolean/sweep.h"
 #include "sibling/boolean/sweep_status.h"
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 namespace {
 
@@ -643,4 +643,4 @@ void SweepArrangement(M2dGraph& graph, PieceSink& sink) {
   sweep.Run();
 }
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

@@ -7,7 +7,7 @@
 
 #include "sibling/boolean/graph.h"
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 // Receives what the sweep makes: a piece is a part of one or more fed lines
 // between two graph points that meets no other fed line in between
@@ -39,4 +39,4 @@ class PieceSink {
 // from the way back: the line that bounds the same wedge of material.
 void SweepArrangement(M2dGraph& graph, PieceSink& sink);
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

@@ -1,6 +1,6 @@
 #include "sibling/boolean/sweep_status.h"
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 uint32_t SweepStatus::NextPriority() {
   m_random ^= m_random << 13;
@@ -109,4 +109,4 @@ void SweepStatus::Erase(int32_t x) {
   m_free = x;
 }
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace kelvor_boolean {
+namespace kelvor2d_detail {
 
 class SweepStatus {
  public:
@@ -74,4 +74,4 @@ class SweepStatus {
   void ReplaceChild(int32_t parent, int32_t from, int32_t to);
 };
 
-}  // namespace kelvor_boolean
+}  // namespace kelvor2d_detail

@@ -54,20 +54,20 @@ MSAXStreamBinaryOut& MSAXStreamBinaryOut::operator<<(int32_t value) {
   const uint32_t u = static_cast<uint32_t>(value);
   const char b[4] = {static_cast<char>(u & 0xFF), static_cast<char>((u >> 8) & 0xFF),
                      static_cast<char>((u >> 16) & 0xFF), static_cast<char>(u >> 24)};
-  bytes_.append(b, 4);
+  m_bytes.append(b, 4);
   return *this;
 }
 
 MSAXStreamBinaryIn& MSAXStreamBinaryIn::operator>>(int32_t& value) {
   value = 0;
   if (AtEnd()) {
-    failed_ = true;
+    m_failed = true;
     return *this;
   }
-  const unsigned char* b = reinterpret_cast<const unsigned char*>(bytes_.data()) + position_;
+  const unsigned char* b = reinterpret_cast<const unsigned char*>(m_bytes.data()) + m_position;
   value = static_cast<int32_t>(uint32_t{b[0]} | uint32_t{b[1]} << 8 | uint32_t{b[2]} << 16 |
                                uint32_t{b[3]} << 24);
-  position_ += 4;
+  m_position += 4;
   return *this;
 }
 

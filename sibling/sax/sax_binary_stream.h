@@ -11,16 +11,16 @@
 class KELVOR2D_API MSAXStreamBinaryOut {
  public:
   // Makes room for `values` more numbers.
-  void Reserve(size_t values) { bytes_.reserve(bytes_.size() + 4 * values); }
+  void Reserve(size_t values) { m_bytes.reserve(m_bytes.size() + 4 * values); }
   // Appends one 32-bit signed number.
   MSAXStreamBinaryOut& operator<<(int32_t value);
   // The little-endian bytes collected so far.
-  std::string const& Bytes() const { return bytes_; }
+  std::string const& Bytes() const { return m_bytes; }
   // Forgets the bytes and releases their memory.
-  void Clear() { std::string().swap(bytes_); }
+  void Clear() { std::string().swap(m_bytes); }
 
  private:
-  std::string bytes_;
+  std::string m_bytes;
 };
 
 // Delivers the numbers of one binary element while it is read.
@@ -28,38 +28,38 @@ class KELVOR2D_API MSAXStreamBinaryIn {
  public:
   MSAXStreamBinaryIn() = default;
   // Takes little-endian bytes; a trailing part of less than 4 bytes is never read.
-  explicit MSAXStreamBinaryIn(std::string bytes) : bytes_(std::move(bytes)) {}
+  explicit MSAXStreamBinaryIn(std::string bytes) : m_bytes(std::move(bytes)) {}
   // Reads the next number; past the end stores 0 and marks the stream failed.
   MSAXStreamBinaryIn& operator>>(int32_t& value);
   // False once a read went past the end.
-  bool Good() const { return !failed_; }
+  bool Good() const { return !m_failed; }
   // True when every number has been read.
-  bool AtEnd() const { return position_ + 4 > bytes_.size(); }
+  bool AtEnd() const { return m_position + 4 > m_bytes.size(); }
   // Number of numbers not yet read.
-  size_t Remaining() const { return (bytes_.size() - position_) / 4; }
+  size_t Remaining() const { return (m_bytes.size() - m_position) / 4; }
 
  private:
-  std::string bytes_;
-  size_t position_ = 0;
-  bool failed_ = false;
+  std::string m_bytes;
+  size_t m_position = 0;
+  bool m_failed = false;
 };
 
 // The stream object a writer hands out; it stays the writer's.
 class KELVOR2D_API MSAXWriterBinaryStream {
  public:
   // name: written as the element's "stream" attribute; none when hasName is false.
-  MSAXWriterBinaryStream(std::string name, bool hasName) : name_(std::move(name)), hasName_(hasName) {}
+  MSAXWriterBinaryStream(std::string name, bool hasName) : m_name(std::move(name)), m_hasName(hasName) {}
   // The numbers to write.
-  MSAXStreamBinaryOut& GetBinaryOut() { return out_; }
+  MSAXStreamBinaryOut& GetBinaryOut() { return m_out; }
   // The stream name; empty for the default stream.
-  std::string const& GetName() const { return name_; }
+  std::string const& GetName() const { return m_name; }
   // False for the default stream, which is written without an attribute.
-  bool HasName() const { return hasName_; }
+  bool HasName() const { return m_hasName; }
 
  private:
-  std::string name_;
-  bool hasName_;
-  MSAXStreamBinaryOut out_;
+  std::string m_name;
+  bool m_hasName;
+  MSAXStreamBinaryOut m_out;
 };
 
 // The stream object a reader hands out for the current element; it stays the
@@ -68,15 +68,15 @@ class KELVOR2D_API MSAXReaderBinaryStream {
  public:
   // bytes: the decoded little-endian content; name: the "stream" attribute.
   MSAXReaderBinaryStream(std::string bytes, std::string name)
-      : in_(std::move(bytes)), name_(std::move(name)) {}
+      : m_in(std::move(bytes)), m_name(std::move(name)) {}
   // The numbers of the element, to read in order.
-  MSAXStreamBinaryIn& GetBinaryIn() { return in_; }
+  MSAXStreamBinaryIn& GetBinaryIn() { return m_in; }
   // The element's "stream" attribute; empty when it had none.
-  std::string const& GetName() const { return name_; }
+  std::string const& GetName() const { return m_name; }
 
  private:
-  MSAXStreamBinaryIn in_;
-  std::string name_;
+  MSAXStreamBinaryIn m_in;
+  std::string m_name;
 };
 
 // Appends the base64 of bytes to out, in lines of 76 characters each ended by

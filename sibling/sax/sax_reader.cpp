@@ -63,12 +63,12 @@ uint64_t BytesLeftIn(std::istream& in) {
 // mask back without throwing for the state that the reading left.
 class ExceptionMaskPause {
  public:
-  explicit ExceptionMaskPause(std::istream& in) : in_(in), mask_(in.exceptions()) {
-    in_.exceptions(std::ios::goodbit);
+  explicit ExceptionMaskPause(std::istream& in) : m_in(in), m_mask(in.exceptions()) {
+    m_in.exceptions(std::ios::goodbit);
   }
   ~ExceptionMaskPause() {
     try {
-      in_.exceptions(mask_);  // sets the mask, then throws if the state matches it
+      m_in.exceptions(m_mask);  // sets the mask, then throws if the state matches it
     } catch (...) {
     }
   }
@@ -76,106 +76,106 @@ class ExceptionMaskPause {
   ExceptionMaskPause& operator=(ExceptionMaskPause const&) = delete;
 
  private:
-  std::istream& in_;
-  std::ios::iostate mask_;
+  std::istream& m_in;
+  std::ios::iostate m_mask;
 };
 
 }  // namespace
 
 MSAXReader::~MSAXReader() {
-  if (parser_ != nullptr) {
-    XML_ParserFree(parser_);
+  if (m_parser != nullptr) {
+    XML_ParserFree(m_parser);
   }
 }
 
 void MSAXReader::Fail(uint64_t line, std::string const& what) {
-  if (failed_) {
+  if (m_failed) {
     return;
   }
-  failed_ = true;
-  errorLine_ = line;
-  error_ = line > 0 ? "line " + std::to_string(line) + ": " + what : what;
-  if (parser_ != nullptr) {
-    XML_StopParser(parser_, XML_FALSE);
+  m_failed = true;
+  m_errorLine = line;
+  m_error = line > 0 ? "line " + std::to_string(line) + ": " + what : what;
+  if (m_parser != nullptr) {
+    XML_StopParser(m_parser, XML_FALSE);
   }
 }
 
 void MSAXReader::Begin(ISAXPersistBase& root, uint64_t documentBytes) {
-  if (parser_ != nullptr) {
-    XML_ParserFree(parser_);
+  if (m_parser != nullptr) {
+    XML_ParserFree(m_parser);
   }
-  parser_ = XML_ParserCreate(nullptr);
-  elements_.clear();
-  handlers_.assign(1, HandlerEntry{&root, 0, false});
-  binary_.reset();
-  failed_ = false;
-  fed_ = 0;
-  documentBytes_ = documentBytes;
-  error_.clear();
-  errorLine_ = 0;
-  if (parser_ == nullptr) {
+  m_parser = XML_ParserCreate(nullptr);
+  m_elements.clear();
+  m_handlers.assign(1, HandlerEntry{&root, 0, false});
+  m_binary.reset();
+  m_failed = false;
+  m_fed = 0;
+  m_documentBytes = documentBytes;
+  m_error.clear();
+  m_errorLine = 0;
+  if (m_parser == nullptr) {
     Fail(0, "out of memory for the XML parser");
     return;
   }
-  XML_SetUserData(parser_, this);
-  XML_SetElementHandler(parser_, &MSAXReader::OnStart, &MSAXReader::OnEnd);
-  XML_SetCharacterDataHandler(parser_, &MSAXReader::OnText);
-  XML_SetStartDoctypeDeclHandler(parser_, &MSAXReader::OnDoctype);
+  XML_SetUserData(m_parser, this);
+  XML_SetElementHandler(m_parser, &MSAXReader::OnStart, &MSAXReader::OnEnd);
+  XML_SetCharacterDataHandler(m_parser, &MSAXReader::OnText);
+  XML_SetStartDoctypeDeclHandler(m_parser, &MSAXReader::OnDoctype);
   root.SetDefaults();
 }
 
 bool MSAXReader::Feed(char const* data, size_t size, bool final) {
-  if (failed_) {
+  if (m_failed) {
     return false;
   }
-  if (XML_Parse(parser_, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE) == XML_STATUS_ERROR) {
-    Fail(XML_GetCurrentLineNumber(parser_),
-         std::string("malformed XML: ") + XML_ErrorString(XML_GetErrorCode(parser_)));
+  if (XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE) == XML_STATUS_ERROR) {
+    Fail(XML_GetCurrentLineNumber(m_parser),
+         std::string("malformed XML: ") + XML_ErrorString(XML_GetErrorCode(m_parser)));
   }
-  fed_ += size;
+  m_fed += size;
   CheckPendingMarkup();
-  return !failed_;
+  return !m_failed;
 }
 
 void MSAXReader::CheckPendingMarkup() {
   // Expat keeps an unfinished tag, comment or other piece of markup whole in
   // its buffer and scans it again with every chunk; bound it, or one endless
   // tag would cost memory and quadratic time.
-  const XML_Index processed = XML_GetCurrentByteIndex(parser_);
-  if (!failed_ && processed >= 0 && fed_ - static_cast<uint64_t>(processed) > kMaxMarkupBytes) {
-    Fail(XML_GetCurrentLineNumber(parser_),
+  const XML_Index processed = XML_GetCurrentByteIndex(m_parser);
+  if (!m_failed && processed >= 0 && m_fed - static_cast<uint64_t>(processed) > kMaxMarkupBytes) {
+    Fail(XML_GetCurrentLineNumber(m_parser),
          "a tag or other markup longer than " + std::to_string(kMaxMarkupBytes) + " bytes");
   }
 }
 
 bool MSAXReader::Finish() {
-  if (failed_) {
-    for (auto entry = handlers_.rbegin(); entry != handlers_.rend(); ++entry) {
+  if (m_failed) {
+    for (auto entry = m_handlers.rbegin(); entry != m_handlers.rend(); ++entry) {
       entry->handler->AbortLoading();
       if (entry->owned) {
         delete entry->handler;
       }
     }
   } else {
-    handlers_.front().handler->ResolveReferences(*this);
-    handlers_.front().handler->InitAfterLoading();
+    m_handlers.front().handler->ResolveReferences(*this);
+    m_handlers.front().handler->InitAfterLoading();
   }
-  handlers_.clear();
-  elements_.clear();
-  binary_.reset();
-  XML_ParserFree(parser_);
-  parser_ = nullptr;
-  return !failed_;
+  m_handlers.clear();
+  m_elements.clear();
+  m_binary.reset();
+  XML_ParserFree(m_parser);
+  m_parser = nullptr;
+  return !m_failed;
 }
 
 bool MSAXReader::Read(std::istream& in, ISAXPersistBase& root) {
   const ExceptionMaskPause pause(in);
   std::vector<char> chunk(kChunkBytes);
   Begin(root, BytesLeftIn(in));
-  while (!failed_) {
+  while (!m_failed) {
     in.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
     if (in.bad()) {
-      Fail(parser_ == nullptr ? 0 : XML_GetCurrentLineNumber(parser_), "the input stream failed");
+      Fail(m_parser == nullptr ? 0 : XML_GetCurrentLineNumber(m_parser), "the input stream failed");
       break;
     }
     const bool final = !in;
@@ -189,9 +189,9 @@ bool MSAXReader::Read(std::istream& in, ISAXPersistBase& root) {
 bool MSAXReader::ReadFile(std::string const& path, ISAXPersistBase& root) {
   std::ifstream file(path, std::ios::binary);
   if (!file.is_open()) {
-    failed_ = true;
-    errorLine_ = 0;
-    error_ = "cannot open '" + path + "' for reading";
+    m_failed = true;
+    m_errorLine = 0;
+    m_error = "cannot open '" + path + "' for reading";
     return false;
   }
   return Read(file, root);
@@ -217,9 +217,9 @@ void MSAXReader::RunCatching(Step step) {
   try {
     step();
   } catch (std::exception const& e) {
-    Fail(XML_GetCurrentLineNumber(parser_), std::string("an exception stopped the reading: ") + e.what());
+    Fail(XML_GetCurrentLineNumber(m_parser), std::string("an exception stopped the reading: ") + e.what());
   } catch (...) {
-    Fail(XML_GetCurrentLineNumber(parser_), "an exception stopped the reading");
+    Fail(XML_GetCurrentLineNumber(m_parser), "an exception stopped the reading");
   }
 }
 
@@ -239,82 +239,82 @@ void MSAXReader::OnEnd(void* self, char const* name) {
 }
 
 void MSAXReader::StartElement(char const* name, char const** attributes) {
-  if (failed_ || (!elements_.empty() && !elements_.back().dispatched && !Dispatch())) {
+  if (m_failed || (!m_elements.empty() && !m_elements.back().dispatched && !Dispatch())) {
     return;
   }
-  const uint64_t line = XML_GetCurrentLineNumber(parser_);
-  if (elements_.size() >= maxDepth_) {
-    Fail(line, "elements nested deeper than " + std::to_string(maxDepth_) + " levels");
+  const uint64_t line = XML_GetCurrentLineNumber(m_parser);
+  if (m_elements.size() >= m_maxDepth) {
+    Fail(line, "elements nested deeper than " + std::to_string(m_maxDepth) + " levels");
     return;
   }
   Element element;
   element.name = name;
   element.streamName = FindStreamName(attributes);
   element.line = line;
-  elements_.push_back(std::move(element));
+  m_elements.push_back(std::move(element));
 }
 
 void MSAXReader::AddText(char const* text, int length) {
-  if (failed_ || elements_.empty() || elements_.back().dispatched) {
+  if (m_failed || m_elements.empty() || m_elements.back().dispatched) {
     return;
   }
-  Element& element = elements_.back();
-  if (element.text.size() + static_cast<size_t>(length) > maxElementBytes_) {
+  Element& element = m_elements.back();
+  if (element.text.size() + static_cast<size_t>(length) > m_maxElementBytes) {
     Fail(element.line, "element \"" + element.name + "\" holds more than " +
-                           std::to_string(maxElementBytes_) + " bytes of text");
+                           std::to_string(m_maxElementBytes) + " bytes of text");
     return;
   }
   element.text.append(text, static_cast<size_t>(length));
 }
 
 void MSAXReader::EndElement(char const* name) {
-  if (failed_ || (!elements_.back().dispatched && !Dispatch())) {
+  if (m_failed || (!m_elements.back().dispatched && !Dispatch())) {
     return;
   }
-  const size_t depth = elements_.size();
-  while (handlers_.back().owned && handlers_.back().depth == depth) {
-    delete handlers_.back().handler;
-    handlers_.pop_back();
+  const size_t depth = m_elements.size();
+  while (m_handlers.back().owned && m_handlers.back().depth == depth) {
+    delete m_handlers.back().handler;
+    m_handlers.pop_back();
   }
-  binary_.reset();
-  handlers_.back().handler->HandleEndTag(DecodeUtf8(name));
-  elements_.pop_back();
+  m_binary.reset();
+  m_handlers.back().handler->HandleEndTag(DecodeUtf8(name));
+  m_elements.pop_back();
 }
 
 void MSAXReader::OnDoctype(void* self, char const* /*name*/, char const* /*sysid*/, char const* /*pubid*/,
                            int /*internal*/) {
   MSAXReader& reader = *static_cast<MSAXReader*>(self);
-  reader.Fail(XML_GetCurrentLineNumber(reader.parser_), "document type declarations are not accepted");
+  reader.Fail(XML_GetCurrentLineNumber(reader.m_parser), "document type declarations are not accepted");
 }
 
 std::string MSAXReader::DescribeRefusal(Element const& element) const {
   std::string what = "element \"" + element.name + "\"";
-  if (elements_.size() > 1) {
-    what += " inside \"" + elements_[elements_.size() - 2].name + "\"";
+  if (m_elements.size() > 1) {
+    what += " inside \"" + m_elements[m_elements.size() - 2].name + "\"";
   }
-  return what + " refused: " + (detail_.empty() ? QuoteText(element.text) : detail_);
+  return what + " refused: " + (m_detail.empty() ? QuoteText(element.text) : m_detail);
 }
 
 bool MSAXReader::Dispatch() {
-  Element& element = elements_.back();
+  Element& element = m_elements.back();
   element.dispatched = true;
   const std::wstring tag = DecodeUtf8(element.name);
-  const size_t before = handlers_.size();
-  detail_.clear();
-  bool accepted = handlers_.back().handler->HandleTag(tag, *this);
-  if (accepted && handlers_.size() > before) {
-    accepted = handlers_.back().handler->HandleTag(tag, *this);
+  const size_t before = m_handlers.size();
+  m_detail.clear();
+  bool accepted = m_handlers.back().handler->HandleTag(tag, *this);
+  if (accepted && m_handlers.size() > before) {
+    accepted = m_handlers.back().handler->HandleTag(tag, *this);
   }
   if (!accepted) {
     Fail(element.line, DescribeRefusal(element));
     return false;
   }
   std::string().swap(element.text);
-  return !failed_;
+  return !m_failed;
 }
 
 std::wstring MSAXReader::GetTagText() const {
-  return elements_.empty() ? std::wstring() : DecodeUtf8(elements_.back().text);
+  return m_elements.empty() ? std::wstring() : DecodeUtf8(m_elements.back().text);
 }
 
 bool MSAXReader::ReadTagText(std::wstring& text) const {
@@ -323,10 +323,10 @@ bool MSAXReader::ReadTagText(std::wstring& text) const {
 }
 
 std::wstring MSAXReader::GetEnclosingTag(int levels) const {
-  if (levels < 0 || static_cast<size_t>(levels) >= elements_.size()) {
+  if (levels < 0 || static_cast<size_t>(levels) >= m_elements.size()) {
     return std::wstring();
   }
-  return DecodeUtf8(elements_[elements_.size() - 1 - static_cast<size_t>(levels)].name);
+  return DecodeUtf8(m_elements[m_elements.size() - 1 - static_cast<size_t>(levels)].name);
 }
 
 void MSAXReader::PushHandler(ISAXPersistBase* handler) {
@@ -334,35 +334,35 @@ void MSAXReader::PushHandler(ISAXPersistBase* handler) {
     return;
   }
   std::unique_ptr<ISAXPersistBase> owned(handler);  // deleted here if it cannot be pushed
-  if (parser_ == nullptr || failed_) {
+  if (m_parser == nullptr || m_failed) {
     return;
   }
-  handlers_.push_back(HandlerEntry{handler, elements_.size(), true});
+  m_handlers.push_back(HandlerEntry{handler, m_elements.size(), true});
   owned.release();
   handler->SetDefaults();
 }
 
 uint64_t MSAXReader::MaxBinaryValuesAhead() const {
-  uint64_t characters = maxElementBytes_;
-  if (documentBytes_ != kUnknownSize && parser_ != nullptr) {
-    const XML_Index at = XML_GetCurrentByteIndex(parser_);
-    const uint64_t done = std::min(at > 0 ? static_cast<uint64_t>(at) : 0, documentBytes_);
-    characters = std::min(characters, documentBytes_ - done);
+  uint64_t characters = m_maxElementBytes;
+  if (m_documentBytes != kUnknownSize && m_parser != nullptr) {
+    const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+    const uint64_t done = std::min(at > 0 ? static_cast<uint64_t>(at) : 0, m_documentBytes);
+    characters = std::min(characters, m_documentBytes - done);
   }
   return Base64CapacityBytes(characters) / 4;
 }
 
 bool MSAXReader::OpenBinaryStream(MSAXReaderBinaryStream*& out) {
   out = nullptr;
-  if (elements_.empty()) {
+  if (m_elements.empty()) {
     return false;
   }
   std::string bytes;
-  if (!DecodeBase64(elements_.back().text, bytes, detail_)) {
+  if (!DecodeBase64(m_elements.back().text, bytes, m_detail)) {
     return false;
   }
-  detail_ = "binary data of " + std::to_string(bytes.size() / 4) + " 32-bit values";
-  binary_ = std::make_unique<MSAXReaderBinaryStream>(std::move(bytes), elements_.back().streamName);
-  out = binary_.get();
+  m_detail = "binary data of " + std::to_string(bytes.size() / 4) + " 32-bit values";
+  m_binary = std::make_unique<MSAXReaderBinaryStream>(std::move(bytes), m_elements.back().streamName);
+  out = m_binary.get();
   return true;
 }

@@ -50,13 +50,13 @@ class KELVOR2D_API MSAXReader {
   bool ReadBuffer(char const* data, size_t size, ISAXPersistBase& root);
 
   // Deepest nesting of elements accepted (default 256).
-  void SetMaxDepth(size_t depth) { maxDepth_ = depth; }
+  void SetMaxDepth(size_t depth) { m_maxDepth = depth; }
   // Most bytes of text one element may hold (default 256 MiB).
-  void SetMaxElementBytes(size_t bytes) { maxElementBytes_ = bytes; }
+  void SetMaxElementBytes(size_t bytes) { m_maxElementBytes = bytes; }
   // "line N: what went wrong" of the last failed read; empty after a success.
-  std::string const& GetError() const { return error_; }
+  std::string const& GetError() const { return m_error; }
   // Line of the last error, 0 when there was none or it has no line.
-  uint64_t GetErrorLine() const { return errorLine_; }
+  uint64_t GetErrorLine() const { return m_errorLine; }
 
   // ---- for handlers, during HandleTag ----
   // Text of the current element (before its first child); empty when none.
@@ -73,7 +73,7 @@ class KELVOR2D_API MSAXReader {
   bool OpenBinaryStream(MSAXReaderBinaryStream*& out);
   // Says why the handler is about to refuse the current element; the error
   // text carries it instead of the element's text.
-  void ExplainRefusal(std::string const& why) { detail_ = why; }
+  void ExplainRefusal(std::string const& why) { m_detail = why; }
   // Most 32-bit values a binary element yet to come can deliver: what the
   // base64 of the rest of the document can carry where the reader knows how
   // much is left (a buffer, a file, a seekable stream), and of an element at
@@ -113,16 +113,16 @@ class KELVOR2D_API MSAXReader {
   void Fail(uint64_t line, std::string const& what);
   std::string DescribeRefusal(Element const& element) const;
 
-  XML_ParserStruct* parser_ = nullptr;
-  std::vector<Element> elements_;
-  std::vector<HandlerEntry> handlers_;
-  std::unique_ptr<MSAXReaderBinaryStream> binary_;
-  std::string detail_;  // what OpenBinaryStream found, for the error text
-  size_t maxDepth_ = kDefaultMaxDepth;
-  size_t maxElementBytes_ = kDefaultMaxElementBytes;
-  uint64_t fed_ = 0;            // bytes given to the parser so far
-  uint64_t documentBytes_ = 0;  // bytes from the start of the reading to the end, UINT64_MAX if unknown
-  bool failed_ = false;
-  std::string error_;
-  uint64_t errorLine_ = 0;
+  XML_ParserStruct* m_parser = nullptr;
+  std::vector<Element> m_elements;
+  std::vector<HandlerEntry> m_handlers;
+  std::unique_ptr<MSAXReaderBinaryStream> m_binary;
+  std::string m_detail;  // what OpenBinaryStream found, for the error text
+  size_t m_maxDepth = kDefaultMaxDepth;
+  size_t m_maxElementBytes = kDefaultMaxElementBytes;
+  uint64_t m_fed = 0;            // bytes given to the parser so far
+  uint64_t m_documentBytes = 0;  // bytes from the start of the reading to the end, UINT64_MAX if unknown
+  bool m_failed = false;
+  std::string m_error;
+  uint64_t m_errorLine = 0;
 };

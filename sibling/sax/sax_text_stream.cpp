@@ -13,26 +13,26 @@ bool IsDigit(wchar_t c) {
 }  // namespace
 
 MStreamTextOut& MStreamTextOut::operator<<(int32_t value) {
-  text_ += std::to_wstring(value);
+  m_text += std::to_wstring(value);
   return *this;
 }
 
 MStreamTextOut& MStreamTextOut::operator<<(wchar_t const* text) {
   if (text != nullptr) {
-    text_ += text;
+    m_text += text;
   }
   return *this;
 }
 
 void MStreamTextIn::SkipSpace() {
-  while (position_ < text_.size() && IsSpace(text_[position_])) {
-    ++position_;
+  while (m_position < m_text.size() && IsSpace(m_text[m_position])) {
+    ++m_position;
   }
 }
 
 bool MStreamTextIn::AtEnd() const {
-  for (size_t i = position_; i < text_.size(); ++i) {
-    if (!IsSpace(text_[i])) {
+  for (size_t i = m_position; i < m_text.size(); ++i) {
+    if (!IsSpace(m_text[i])) {
       return false;
     }
   }
@@ -42,19 +42,19 @@ bool MStreamTextIn::AtEnd() const {
 MStreamTextIn& MStreamTextIn::operator>>(int32_t& value) {
   value = 0;
   SkipSpace();
-  const bool negative = position_ < text_.size() && text_[position_] == L'-';
-  if (position_ < text_.size() && (text_[position_] == L'-' || text_[position_] == L'+')) {
-    ++position_;
+  const bool negative = m_position < m_text.size() && m_text[m_position] == L'-';
+  if (m_position < m_text.size() && (m_text[m_position] == L'-' || m_text[m_position] == L'+')) {
+    ++m_position;
   }
   int64_t magnitude = 0;
-  const size_t first = position_;
-  while (!failed_ && position_ < text_.size() && IsDigit(text_[position_])) {
-    magnitude = magnitude * 10 + (text_[position_++] - L'0');
-    failed_ = magnitude > int64_t{INT32_MAX} + 1;
+  const size_t first = m_position;
+  while (!m_failed && m_position < m_text.size() && IsDigit(m_text[m_position])) {
+    magnitude = magnitude * 10 + (m_text[m_position++] - L'0');
+    m_failed = magnitude > int64_t{INT32_MAX} + 1;
   }
   const int64_t signed_value = negative ? -magnitude : magnitude;
-  failed_ = failed_ || position_ == first || signed_value > INT32_MAX;
-  if (!failed_) {
+  m_failed = m_failed || m_position == first || signed_value > INT32_MAX;
+  if (!m_failed) {
     value = static_cast<int32_t>(signed_value);
   }
   return *this;

@@ -14,10 +14,10 @@ class KELVOR2D_API MStreamTextOut {
   // Appends a string; a null pointer appends nothing.
   MStreamTextOut& operator<<(wchar_t const* text);
   // The text built so far.
-  std::wstring str() const { return text_; }
+  std::wstring str() const { return m_text; }
 
  private:
-  std::wstring text_;
+  std::wstring m_text;
 };
 
 // Reads numbers from the text of one element, in decimal, each after optional
@@ -25,21 +25,21 @@ class KELVOR2D_API MStreamTextOut {
 class KELVOR2D_API MStreamTextIn {
  public:
   // Reads from a copy of text.
-  explicit MStreamTextIn(std::wstring const& text) : text_(text) {}
+  explicit MStreamTextIn(std::wstring const& text) : m_text(text) {}
   // Reads one number; on a missing, malformed or out-of-range number stores 0
   // and marks the stream failed (further reads fail too).
   MStreamTextIn& operator>>(int32_t& value);
   // False once a read has failed.
-  bool Good() const { return !failed_; }
+  bool Good() const { return !m_failed; }
   // True when only white space is left.
   bool AtEnd() const;
 
  private:
   void SkipSpace();
 
-  std::wstring text_;
-  size_t position_ = 0;
-  bool failed_ = false;
+  std::wstring m_text;
+  size_t m_position = 0;
+  bool m_failed = false;
 };
 
 // Reads exactly one whole number from text (white space around it allowed);

@@ -69,52 +69,52 @@ std::string Indentation(size_t depth) {
 
 }  // namespace
 
-MSAXWriter::MSAXWriter(std::ostream& out) : out_(&out) {}
+MSAXWriter::MSAXWriter(std::ostream& out) : m_out(&out) {}
 
 MSAXWriter::MSAXWriter(std::string const& path)
-    : file_(path, std::ios::binary | std::ios::trunc), out_(&file_) {
-  if (!file_.is_open()) {
+    : m_file(path, std::ios::binary | std::ios::trunc), m_out(&m_file) {
+  if (!m_file.is_open()) {
     Fail("cannot open '" + path + "' for writing");
   }
 }
 
 void MSAXWriter::Fail(std::string const& why) {
-  if (!failed_) {
-    failed_ = true;
-    error_ = why;
+  if (!m_failed) {
+    m_failed = true;
+    m_error = why;
   }
 }
 
 void MSAXWriter::Emit(std::string const& text) {
-  if (!failed_ && !out_->write(text.data(), static_cast<std::streamsize>(text.size()))) {
+  if (!m_failed && !m_out->write(text.data(), static_cast<std::streamsize>(text.size()))) {
     Fail("the output stream refused the document");
   }
 }
 
 bool MSAXWriter::OpenElement(wchar_t const* tag, std::string const* streamName) {
-  if (failed_) {
+  if (m_failed) {
     return false;
   }
   if (!IsValidTag(tag)) {
     Fail("invalid element name");
     return false;
   }
-  if (open_.empty() && rootWritten_) {
+  if (m_open.empty() && m_rootWritten) {
     Fail("a second root element '" + EncodeUtf8(tag) + "'");
     return false;
   }
-  if (!open_.empty()) {
-    hasChildren_.back() = true;
+  if (!m_open.empty()) {
+    m_hasChildren.back() = true;
   }
   const std::string name = EncodeUtf8(tag);
-  std::string text = Indentation(open_.size()) + "<" + name;
+  std::string text = Indentation(m_open.size()) + "<" + name;
   if (streamName != nullptr) {
     text += " stream=\"" + EncodeUtf8(EscapeText(DecodeUtf8(*streamName), true)) + "\"";
   }
   Emit(text + ">");
-  open_.push_back(name);
-  hasChildren_.push_back(false);
-  rootWritten_ = true;
+  m_open.push_back(name);
+  m_hasChildren.push_back(false);
+  m_rootWritten = true;
   return true;
 }
 
@@ -123,34 +123,34 @@ void MSAXWriter::StartTag(wchar_t const* tag) {
 }
 
 void MSAXWriter::EndTag(wchar_t const* tag) {
-  if (failed_) {
+  if (m_failed) {
     return;
   }
   const std::string name = tag == nullptr ? std::string() : EncodeUtf8(tag);
-  if (open_.empty() || open_.back() != name) {
+  if (m_open.empty() || m_open.back() != name) {
     Fail("closing tag '" + name + "' does not match the open element");
     return;
   }
-  Emit((hasChildren_.back() ? Indentation(open_.size() - 1) : std::string()) + "</" + name + ">");
-  open_.pop_back();
-  hasChildren_.pop_back();
+  Emit((m_hasChildren.back() ? Indentation(m_open.size() - 1) : std::string()) + "</" + name + ">");
+  m_open.pop_back();
+  m_hasChildren.pop_back();
 }
 
 void MSAXWriter::WriteText(std::wstring const& text) {
-  if (!failed_ && open_.empty()) {
+  if (!m_failed && m_open.empty()) {
     Fail("text outside any element");
   }
   Emit(EncodeUtf8(EscapeText(text, false)));
 }
 
 MSAXWriterBinaryStream* MSAXWriter::CreateBinaryStream(std::string const& name) {
-  streams_.push_back(std::make_unique<MSAXWriterBinaryStream>(name, true));
-  return streams_.back().get();
+  m_streams.push_back(std::make_unique<MSAXWriterBinaryStream>(name, true));
+  return m_streams.back().get();
 }
 
 MSAXWriterBinaryStream* MSAXWriter::CreateBinaryStream() {
-  streams_.push_back(std::make_unique<MSAXWriterBinaryStream>(std::string(), false));
-  return streams_.back().get();
+  m_streams.push_back(std::make_unique<MSAXWriterBinaryStream>(std::string(), false));
+  return m_streams.back().get();
 }
 
 void MSAXWriter::WriteBinaryStream(wchar_t const* tag, MSAXWriterBinaryStream& stream) {
@@ -159,7 +159,7 @@ void MSAXWriter::WriteBinaryStream(wchar_t const* tag, MSAXWriterBinaryStream& s
     if (!stream.GetBinaryOut().Bytes().empty()) {
       text += '\n';
       AppendBase64(stream.GetBinaryOut().Bytes(), text);
-      text += std::string(2 * (open_.size() - 1), ' ');
+      text += std::string(2 * (m_open.size() - 1), ' ');
     }
     Emit(text);
     EndTag(tag);
@@ -170,15 +170,15 @@ void MSAXWriter::WriteBinaryStream(wchar_t const* tag, MSAXWriterBinaryStream& s
 bool MSAXWriter::WriteDocument(ISAXPersistBase const& root) {
   Emit(kDeclaration);
   const bool written = root.Write(*this);
-  if (!failed_ && (!rootWritten_ || !open_.empty())) {
-    Fail(rootWritten_ ? "the handler left elements open" : "the handler wrote no element");
+  if (!m_failed && (!m_rootWritten || !m_open.empty())) {
+    Fail(m_rootWritten ? "the handler left elements open" : "the handler wrote no element");
   }
   Emit("\n");
-  if (!failed_ && !out_->flush()) {
+  if (!m_failed && !m_out->flush()) {
     Fail("the output stream refused the document");
   }
   if (!written) {
     Fail("the handler could not write its object");
   }
-  return !failed_;
+  return !m_failed;
 }

@@ -51,37 +51,37 @@ class KELVOR2D_API MSAXWriter {
   void ExplainRefusal(std::string const& why) { Fail(why); }
 
   // False once the writer has failed.
-  bool Good() const { return !failed_; }
+  bool Good() const { return !m_failed; }
   // Why the writer failed; empty while it is good.
-  std::string const& GetError() const { return error_; }
+  std::string const& GetError() const { return m_error; }
 
  private:
   bool OpenElement(wchar_t const* tag, std::string const* streamName);
   void Emit(std::string const& text);
   void Fail(std::string const& why);
 
-  std::ofstream file_;
-  std::ostream* out_;
-  std::vector<std::string> open_;  // names of the open elements, root first
-  std::vector<bool> hasChildren_;  // per open element: an element was opened inside it
-  std::vector<std::unique_ptr<MSAXWriterBinaryStream>> streams_;
-  bool rootWritten_ = false;
-  bool failed_ = false;
-  std::string error_;
+  std::ofstream m_file;
+  std::ostream* m_out;
+  std::vector<std::string> m_open;  // names of the open elements, root first
+  std::vector<bool> m_hasChildren;  // per open element: an element was opened inside it
+  std::vector<std::unique_ptr<MSAXWriterBinaryStream>> m_streams;
+  bool m_rootWritten = false;
+  bool m_failed = false;
+  std::string m_error;
 };
 
 // Opens an element for its lifetime: the destructor closes it, also when a
 // scope is left early.
 class KELVOR2D_API MSAXTagWriter {
  public:
-  MSAXTagWriter(MSAXWriter& writer, wchar_t const* tag) : writer_(writer), tag_(tag) {
-    writer_.StartTag(tag_);
+  MSAXTagWriter(MSAXWriter& writer, wchar_t const* tag) : m_writer(writer), m_tag(tag) {
+    m_writer.StartTag(m_tag);
   }
-  ~MSAXTagWriter() { writer_.EndTag(tag_); }
+  ~MSAXTagWriter() { m_writer.EndTag(m_tag); }
   MSAXTagWriter(MSAXTagWriter const&) = delete;
   MSAXTagWriter& operator=(MSAXTagWriter const&) = delete;
 
  private:
-  MSAXWriter& writer_;
-  wchar_t const* tag_;
+  MSAXWriter& m_writer;
+  wchar_t const* m_tag;
 };

@@ -181,10 +181,10 @@ double Norm(D3 u) {
 
 class RandomSpace : public ::testing::Test {
  protected:
-  uint32_t state_ = 12345;
+  uint32_t m_state = 12345;
   float Coordinate() {  // small whole numbers, exact in float
-    state_ = state_ * 1664525u + 1013904223u;
-    return static_cast<float>(static_cast<int32_t>(state_ >> 24) % 41 - 20);
+    m_state = m_state * 1664525u + 1013904223u;
+    return static_cast<float>(static_cast<int32_t>(m_state >> 24) % 41 - 20);
   }
   void Fill(float* p) {
     for (int i = 0; i < 3; ++i)

@@ -175,15 +175,15 @@ TEST(MSaxContourLayerBadInput, IgnoresTheStreamExceptionMaskAndReleasesAllWhenTh
   // Delivers its text, then throws, like a stream whose device went away.
   class ThrowingStreambuf : public std::streambuf {
    public:
-    explicit ThrowingStreambuf(std::string text) : text_(std::move(text)) {
-      setg(&text_[0], &text_[0], &text_[0] + text_.size());
+    explicit ThrowingStreambuf(std::string text) : m_text(std::move(text)) {
+      setg(&m_text[0], &m_text[0], &m_text[0] + m_text.size());
     }
 
    protected:
     int_type underflow() override { throw std::runtime_error("device gone"); }
 
    private:
-    std::string text_;
+    std::string m_text;
   };
   const std::ios::iostate mask = std::ios::badbit | std::ios::failbit | std::ios::eofbit;
   std::istringstream valid(kGoodHead + kTail);

@@ -63,12 +63,12 @@ inline std::vector<Ring> WalkRings(M2dBoolean& engine, bool* allClosed) {
 }
 
 inline double ExactX(const M2dGraphPoint* p) {
-  const kelvor_boolean::ExactCoordinates e = p->Exact();
-  return kelvor_boolean::ExactToDouble(e.x, e.xFraction, e.denominator);
+  const kelvor2d_detail::ExactCoordinates e = p->Exact();
+  return kelvor2d_detail::ExactToDouble(e.x, e.xFraction, e.denominator);
 }
 inline double ExactY(const M2dGraphPoint* p) {
-  const kelvor_boolean::ExactCoordinates e = p->Exact();
-  return kelvor_boolean::ExactToDouble(e.y, e.yFraction, e.denominator);
+  const kelvor2d_detail::ExactCoordinates e = p->Exact();
+  return kelvor2d_detail::ExactToDouble(e.y, e.yFraction, e.denominator);
 }
 
 // Signed area, positive for clockwise rings (y up).

@@ -85,17 +85,17 @@ inline std::string PointsXml(const std::string& count, const std::string& data) 
 class RepeatingStreambuf : public std::streambuf {
  public:
   RepeatingStreambuf(std::string head, std::string filler, size_t repeats, std::string tail)
-      : head_(std::move(head)), filler_(std::move(filler)), tail_(std::move(tail)), repeats_(repeats) {}
+      : head_(std::move(head)), filler_(std::move(filler)), m_tail(std::move(tail)), m_repeats(repeats) {}
 
  protected:
   int_type underflow() override {
-    std::string* next = piece_ == 0              ? &head_
-                        : piece_ <= repeats_     ? &filler_
-                        : piece_ == repeats_ + 1 ? &tail_
-                                                 : nullptr;
+    std::string* next = m_piece == 0               ? &head_
+                        : m_piece <= m_repeats     ? &filler_
+                        : m_piece == m_repeats + 1 ? &m_tail
+                                                   : nullptr;
     if (next == nullptr)
       return traits_type::eof();
-    ++piece_;
+    ++m_piece;
     if (next->empty())
       return underflow();
     setg(next->data(), next->data(), next->data() + next->size());
@@ -103,9 +103,9 @@ class RepeatingStreambuf : public std::streambuf {
   }
 
  private:
-  std::string head_, filler_, tail_;
-  size_t repeats_;
-  size_t piece_ = 0;  // the next piece: 0 head, 1..repeats filler, repeats + 1 tail
+  std::string head_, filler_, m_tail;
+  size_t m_repeats;
+  size_t m_piece = 0;  // the next piece: 0 head, 1..repeats filler, repeats + 1 tail
 };
 
 }  // namespace testing_support

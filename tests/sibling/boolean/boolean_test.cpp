@@ -10,9 +10,9 @@
 #include "support/rectangles.h"
 
 using namespace testing_support;
-using kelvor_boolean::CompareFractions;
-using kelvor_boolean::ExactCoordinates;
-using kelvor_boolean::UInt128;
+using kelvor2d_detail::CompareFractions;
+using kelvor2d_detail::ExactCoordinates;
+using kelvor2d_detail::UInt128;
 
 namespace {
 
@@ -51,17 +51,17 @@ TEST(ExactArithmetic, FractionsCompareExactlyNearOneAnother) {
 
 TEST(ExactArithmetic, ProperCrossingIsExact) {
   ExactCoordinates c;
-  ASSERT_TRUE(kelvor_boolean::ProperCrossing(0, 0, 3, 1, 0, 1, 3, 0, &c));
+  ASSERT_TRUE(kelvor2d_detail::ProperCrossing(0, 0, 3, 1, 0, 1, 3, 0, &c));
   EXPECT_EQ(c.x, 1);
   EXPECT_EQ(c.y, 0);
   EXPECT_EQ(CompareFractions(c.xFraction, c.denominator, 1, 2), 0);
   EXPECT_EQ(CompareFractions(c.yFraction, c.denominator, 1, 2), 0);
   // Touching at an end or running collinear is no proper crossing.
-  EXPECT_FALSE(kelvor_boolean::ProperCrossing(0, 0, 2, 2, 2, 2, 4, 0, &c));
-  EXPECT_FALSE(kelvor_boolean::ProperCrossing(0, 0, 4, 0, 1, 0, 6, 0, &c));
+  EXPECT_FALSE(kelvor2d_detail::ProperCrossing(0, 0, 2, 2, 2, 2, 4, 0, &c));
+  EXPECT_FALSE(kelvor2d_detail::ProperCrossing(0, 0, 4, 0, 1, 0, 6, 0, &c));
   // Crossing at the ends of the 32-bit range, with a negative whole part.
-  ASSERT_TRUE(kelvor_boolean::ProperCrossing(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MAX,
-                                             INT32_MAX, INT32_MIN - 0LL, &c));
+  ASSERT_TRUE(kelvor2d_detail::ProperCrossing(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, INT32_MIN,
+                                              INT32_MAX, INT32_MAX, INT32_MIN - 0LL, &c));
   EXPECT_EQ(c.x, -1);
   EXPECT_EQ(c.y, -1);
   EXPECT_EQ(CompareFractions(c.xFraction, c.denominator, 1, 2), 0);
@@ -71,8 +71,8 @@ TEST(ExactArithmetic, ProperCrossingIsExact) {
   auto any = [&random] { return static_cast<int64_t>(static_cast<int32_t>(random()) / 4); };
   for (int k = 0; k < 1000; ++k) {
     const int64_t px = any(), py = any(), ux = any(), uy = any(), vx = any(), vy = any();
-    ASSERT_TRUE(kelvor_boolean::ProperCrossing(px - ux, py - uy, px + ux, py + uy, px - vx, py - vy, px + vx,
-                                               py + vy, &c));
+    ASSERT_TRUE(kelvor2d_detail::ProperCrossing(px - ux, py - uy, px + ux, py + uy, px - vx, py - vy, px + vx,
+                                                py + vy, &c));
     EXPECT_TRUE(c.x == px && c.y == py && c.xFraction == 0 && c.yFraction == 0) << k;
   }
 }
@@ -85,11 +85,11 @@ TEST(ExactArithmetic, FloorQuotientIsExactOverTheWholeRange) {
     const UInt128 d = ((static_cast<UInt128>(random() & 1) << 64) | random()) + 1;
     const UInt128 q = random() >> (2 + k % 60);
     const UInt128 r = (static_cast<UInt128>(random()) << 64 | random()) % d;
-    EXPECT_TRUE(kelvor_boolean::FloorQuotient(q * d + r, d) == q) << k;
+    EXPECT_TRUE(kelvor2d_detail::FloorQuotient(q * d + r, d) == q) << k;
   }
-  EXPECT_TRUE(kelvor_boolean::FloorQuotient(0, 7) == 0);
-  EXPECT_TRUE(kelvor_boolean::FloorQuotient(6, 7) == 0);
-  EXPECT_TRUE(kelvor_boolean::FloorQuotient(7, 7) == 1);
+  EXPECT_TRUE(kelvor2d_detail::FloorQuotient(0, 7) == 0);
+  EXPECT_TRUE(kelvor2d_detail::FloorQuotient(6, 7) == 0);
+  EXPECT_TRUE(kelvor2d_detail::FloorQuotient(7, 7) == 1);
 }
 
 TEST(ExactArithmetic, OrientationOfExactPointSeesTinyOffsets) {
@@ -98,19 +98,19 @@ TEST(ExactArithmetic, OrientationOfExactPointSeesTinyOffsets) {
   p.y = 4;
   p.denominator = (static_cast<UInt128>(1) << 64) + 1;
   p.yFraction = p.denominator - 1;  // y just below 5
-  EXPECT_EQ(kelvor_boolean::OrientationOfExact(0, 5, 10, 0, p), -1);
+  EXPECT_EQ(kelvor2d_detail::OrientationOfExact(0, 5, 10, 0, p), -1);
   p.yFraction = 0;
   p.y = 5;
-  EXPECT_EQ(kelvor_boolean::OrientationOfExact(0, 5, 10, 0, p), 0);
-  EXPECT_EQ(kelvor_boolean::OrientationOfExact(0, 5, -10, 0, p), 0);
+  EXPECT_EQ(kelvor2d_detail::OrientationOfExact(0, 5, 10, 0, p), 0);
+  EXPECT_EQ(kelvor2d_detail::OrientationOfExact(0, 5, -10, 0, p), 0);
 }
 
 TEST(ExactArithmetic, TurnOrderCountsFromTheReference) {
   // From (-1, 0), turning counter-clockwise: (0, -1) at 90, (1, 0) at 180, (0, 1) at 270, (-1, 0) last.
-  EXPECT_TRUE(kelvor_boolean::TurnsBeforeCounterClockwise(-1, 0, 0, -1, 1, 0));
-  EXPECT_TRUE(kelvor_boolean::TurnsBeforeCounterClockwise(-1, 0, 1, 0, 0, 1));
-  EXPECT_TRUE(kelvor_boolean::TurnsBeforeCounterClockwise(-1, 0, 0, 1, -1, 0));
-  EXPECT_FALSE(kelvor_boolean::TurnsBeforeCounterClockwise(-1, 0, -5, 0, 0, 1));
+  EXPECT_TRUE(kelvor2d_detail::TurnsBeforeCounterClockwise(-1, 0, 0, -1, 1, 0));
+  EXPECT_TRUE(kelvor2d_detail::TurnsBeforeCounterClockwise(-1, 0, 1, 0, 0, 1));
+  EXPECT_TRUE(kelvor2d_detail::TurnsBeforeCounterClockwise(-1, 0, 0, 1, -1, 0));
+  EXPECT_FALSE(kelvor2d_detail::TurnsBeforeCounterClockwise(-1, 0, -5, 0, 0, 1));
 }
 
 TEST(BooleanEngine, OverlappingSquares) {

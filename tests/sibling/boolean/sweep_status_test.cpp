@@ -9,7 +9,7 @@
 
 #include "sibling/boolean/sweep_status.h"
 
-using kelvor_boolean::SweepStatus;
+using kelvor2d_detail::SweepStatus;
 
 namespace {
 

@@ -22,7 +22,7 @@ class RecordingHandler : public ISAXPersistHelper {
  public:
   static int live;  // handlers alive, to see that the reader deletes what it owns
 
-  RecordingHandler(std::string name, std::vector<std::string>& log) : name_(std::move(name)), log_(log) {
+  RecordingHandler(std::string name, std::vector<std::string>& log) : m_name(std::move(name)), m_log(log) {
     ++live;
   }
   ~RecordingHandler() override { --live; }
@@ -30,15 +30,15 @@ class RecordingHandler : public ISAXPersistHelper {
   std::set<std::wstring> raise;
   std::set<std::wstring> push;
 
-  void SetDefaults() override { log_.push_back(name_ + " defaults"); }
+  void SetDefaults() override { m_log.push_back(m_name + " defaults"); }
   bool HandleTag(std::wstring const& tag, MSAXReader& reader) override {
-    log_.push_back(name_ + " <" + Narrow(tag) + "> text=" + Narrow(reader.GetTagText()) +
-                   " up=" + Narrow(reader.GetEnclosingTag(1)));
+    m_log.push_back(m_name + " <" + Narrow(tag) + "> text=" + Narrow(reader.GetTagText()) +
+                    " up=" + Narrow(reader.GetEnclosingTag(1)));
     if (raise.count(tag) != 0) {
       throw std::runtime_error("cannot take " + Narrow(tag));
     }
-    if (push.count(tag) != 0 && name_ == "root") {
-      auto* child = new RecordingHandler("child", log_);
+    if (push.count(tag) != 0 && m_name == "root") {
+      auto* child = new RecordingHandler("child", m_log);
       child->refuse = refuse;
       child->raise = raise;
       reader.PushHandler(child);
@@ -47,19 +47,20 @@ class RecordingHandler : public ISAXPersistHelper {
     if (tag == L"Bin" && reader.OpenBinaryStream(stream)) {
       int32_t a = 0, b = 0;
       stream->GetBinaryIn() >> a >> b;
-      log_.push_back(name_ + " bin " + stream->GetName() + " " + std::to_string(a) + " " + std::to_string(b));
+      m_log.push_back(m_name + " bin " + stream->GetName() + " " + std::to_string(a) + " " +
+                      std::to_string(b));
     }
     return refuse.count(tag) == 0 && tag != L"Bin" ? true : stream != nullptr;
   }
-  void HandleEndTag(std::wstring const& tag) override { log_.push_back(name_ + " </" + Narrow(tag) + ">"); }
-  void ResolveReferences(MSAXReader&) override { log_.push_back(name_ + " resolve"); }
-  void InitAfterLoading() override { log_.push_back(name_ + " init"); }
-  void AbortLoading() override { log_.push_back(name_ + " abort"); }
+  void HandleEndTag(std::wstring const& tag) override { m_log.push_back(m_name + " </" + Narrow(tag) + ">"); }
+  void ResolveReferences(MSAXReader&) override { m_log.push_back(m_name + " resolve"); }
+  void InitAfterLoading() override { m_log.push_back(m_name + " init"); }
+  void AbortLoading() override { m_log.push_back(m_name + " abort"); }
   bool Write(MSAXWriter&) const override { return false; }
 
  private:
-  std::string name_;
-  std::vector<std::string>& log_;
+  std::string m_name;
+  std::vector<std::string>& m_log;
 };
 
 int RecordingHandler::live = 0;
