@@ -242,6 +242,17 @@ TEST(BooleanEngine, DegenerateInputLeavesNothing) {
   ExpectSimpleClosed(s, "spike");
 }
 
+// Each grid position is one point, however far the lookup table has grown.
+TEST(BooleanEngine, GridPointsAreMadeOncePerPosition) {
+  M2dGraph graph;
+  std::vector<M2dGraphPoint*> made;
+  for (int32_t i = 0; i < 3000; ++i)
+    made.push_back(graph.GetGridPoint(i % 64 - 32, i / 64 * 7 - 100));
+  for (int32_t i = 0; i < 3000; ++i)
+    ASSERT_EQ(graph.GetGridPoint(i % 64 - 32, i / 64 * 7 - 100), made[i]) << i;
+  EXPECT_EQ(graph.GetNumPoints(), 3000u);
+}
+
 TEST(BooleanEngine, CoordinatesAtTheEndsOfTheRange) {
   const std::vector<Loop> a = {Rectangle(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX)};
   const std::vector<Loop> b = {{{INT32_MIN, 0}, {0, INT32_MAX}, {INT32_MAX, 0}, {0, INT32_MIN}}};
