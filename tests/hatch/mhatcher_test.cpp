@@ -221,7 +221,7 @@ TEST(MHatchLayerUtilities, FragmentTemplateTruncatesTheHalfWidth) {
   CONTOUR_LAYER result;
   MHatchLayerUtilities::GetFragmentTemplate(&layer, &result, 5, 20, 0);
   MHatchLayerUtilities::GetFragmentTemplate(&layer, &result, 0, 20, 0);  // adds nothing
-  MHatchLayerUtilities::GetFragmentTemplate(&layer, &result, 5, 0, 0);   // adds nothing
+  MHatchLayerUtilities::GetFragmentTemplate(&layer, &result, 5, 0, 30);  // nor a zero distance
   ASSERT_EQ(result.NumContours, 2);                                      // strips around y = 20 and y = 40
   const CONTOUR* first = result.LastContour;  // put at the head: the first made is last
   EXPECT_EQ(first->Closed, 1);

@@ -98,6 +98,14 @@ TEST(MSaxContourLayerBadInput, RefusesEachBadElementAndKeepsTheCompleteContours)
   }
 }
 
+// An end of a contour that was never started adds nothing.
+TEST(MSaxContourLayerBadInput, ContourEndWithoutAContourAddsNothing) {
+  CONTOUR_LAYER layer;
+  MSaxContourLayer handler(&layer, nullptr);
+  handler.HandleEndTag(L"Contour");
+  EXPECT_EQ(layer.NumContours, 0);
+}
+
 TEST(MSaxContourLayerBadInput, AcceptsSurplusDataAndTextForNumbersAsTheHandlersReadThem) {
   const struct {
     const char* what;
