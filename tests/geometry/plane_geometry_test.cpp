@@ -196,6 +196,7 @@ TEST(ContourGeometry, CrossingsWithASegment) {
   EXPECT_EQ(crossings(*square, 5, 5, 15, 5), 1);    // from inside: one side
   EXPECT_EQ(crossings(*square, -5, -5, 5, 5), 2);   // through the corner (0,0): counted by both edges
   EXPECT_EQ(crossings(*square, 5, 10, 5, 20), 1);   // from the top edge outwards
+  EXPECT_EQ(crossings(*square, 5, -10, 5, 0), 1);   // up to the bottom edge
   Release(square);
   CONTOUR empty;
   EXPECT_EQ(crossings(empty, 0, 0, 10, 10), 0);
