@@ -259,6 +259,14 @@ TEST(ScanConversion, CrossingsStayInsideTheMaterialAtTheEndsOfTheGrid) {
             "0: -1200000000 1200000000; 600000000: -1200000000 0; 1200000000:");
 }
 
+// Contours ending at the least coordinate: the column cursor of the next
+// contour walks back no further than the first column.
+TEST(ScanConversion, ContoursEndingAtTheLeastCoordinate) {
+  ScopedLayer l({{{0, 0}, {0, 10}, {INT32_MIN, 10}, {INT32_MIN, 0}},
+                 {{0, 20}, {0, 30}, {INT32_MIN, 30}, {INT32_MIN, 20}}});
+  EXPECT_EQ(Describe(Scan(l.layer, Grid(1 << 30, INT32_MIN))), "-2147483648:; -1073741824: 0 10 20 30; 0:");
+}
+
 // A table that memory cannot hold ends empty, without a crash.
 TEST(ScanConversion, RunningOutOfMemoryLeavesAnEmptyTable) {
 #if defined(__SANITIZE_ADDRESS__)
