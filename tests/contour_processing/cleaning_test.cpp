@@ -108,6 +108,9 @@ TEST(Cleaning, CompressByLengthAndResolution) {
   ASSERT_EQ(t.layer.NumContours, 1);  // fewer than 3 points first
   // Walk from (0,10): (2,0) is within 5 of (0,0) and becomes it, then drops.
   EXPECT_EQ(t.Points(), (std::vector<P>{{0, 0}, {10, 0}, {10, 10}, {0, 10}}));
+  TestLayer closing({{{1000, 1000}, {1010, 1000}, {1010, 1010}, {1001, 1002}}});
+  closing.layer.COMPRES_LAAG_OP_LENGTE(5);  // the first point is within 5 of the last
+  EXPECT_EQ(closing.Points(), (std::vector<P>{{1010, 1000}, {1010, 1010}, {1001, 1002}}));  // and goes
 
   TestLayer r({{{14, 15}, {-15, -14}, {100, 0}}});
   r.layer.COMPRES_LAAG_OP_RESOLUTIE(10);

@@ -43,6 +43,7 @@ TEST(PlaneGeometry, CrossingsOfLinesAndSegments) {
       {{5, 0}, {5, 10}, {0, 2}, {10, 2}, {5, 2}, {5, 2}},      // vertical x = 5 against y = 2
       {{5, 0}, {5, 10}, {7, 0}, {7, 10}, {0, 0}, {0, 0}},      // both vertical
       {{0, 1}, {4, 1}, {0, 0}, {0, 5}, {0, 1}, {0, 0}},        // on the open end of ab
+      {{-4, 1}, {0, 1}, {0, 0}, {0, 5}, {0, 1}, {0, 0}},       // on its other open end
       {{-1, 1}, {4, 1}, {2, 5}, {2, 1}, {2, 1}, {2, 1}},       // on the closed end of cd
       {{-1, 5}, {4, 5}, {2, 5}, {2, 1}, {2, 5}, {2, 5}},       // on the closed start of a falling cd
       {{0, 0}, {10, 10}, {20, 0}, {30, -10}, {10, 10}, {0, 0}},

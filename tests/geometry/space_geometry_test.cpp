@@ -149,6 +149,12 @@ TEST(SpaceGeometry, LinesInSpace) {
   INTERSECTION_3D(out, g, h, k, l);
   EXPECT_FLOAT_EQ(out[1], 4.0f);
   EXPECT_FLOAT_EQ(out[2], 5.0f);
+  const float m1[3] = {1, 0, 1}, n0[3] = {2, 0, 0}, n1[3] = {1, 0, 1}, n2[3] = {3, 0, 1};
+  EXPECT_TRUE(DO_INTERSECT_3D(o, m1, n0, n1));   // crossing in the plane y = 0: the last pair of axes
+  EXPECT_FALSE(DO_INTERSECT_3D(o, m1, n0, n2));  // and parallel there
+  // Lines exactly the tolerance apart are no longer coplanar.
+  const float lifted0[3] = {0, 0, 1e-4f}, lifted1[3] = {0, 1, 1e-4f};
+  EXPECT_FALSE(COPLANAR_3D(o, x, lifted0, lifted1));
   // Chosen: a line without extent gives a.
   const float p[3] = {1, 1, 0}, two[3] = {2, 0, 0};
   const float above[3] = {0, 5, 0};  // apart from a in y only

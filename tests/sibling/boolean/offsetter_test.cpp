@@ -162,10 +162,11 @@ TEST(BorderFunctions, OrientByNesting) {
   AddRing(border, testing_support::Rectangle(10, 10, 90, 90, true), true);
   AddRing(border, testing_support::Rectangle(40, 40, 60, 60, false), false);
   AddRing(border, testing_support::Rectangle(200, 0, 300, 100, true), false);
+  AddRing(border, {{250, 100}, {260, 50}, {240, 50}});  // a hole from a point on the top edge
   bool inverted = false;
   EXPECT_TRUE(AU::OrientBorder2D(border, &inverted));
   EXPECT_TRUE(inverted);
-  const bool outer[] = {true, false, true, true};
+  const bool outer[] = {true, false, true, true, false};
   int i = 0;
   for (const M3dBorderContourLong& c : border) {
     EXPECT_EQ(c.GetIsOuterContour(), outer[i]) << i;
