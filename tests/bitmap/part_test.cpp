@@ -59,6 +59,11 @@ TEST(Part, OrderAtSharedVertices) {
   const PartProbe same(false, {{1.5, 1.5}, {1.5, 2.5}});        // collinear to the end: unordered
   EXPECT_FALSE(up < same);
   EXPECT_FALSE(same < up);
+  // Collinear at first: ordered where they part.
+  const PartProbe leftLater(true, {{1.5, 1.5}, {1.5, 2.5}, {1.0, 4.0}});
+  const PartProbe rightLater(false, {{1.5, 1.5}, {1.5, 3.0}, {3.0, 4.0}});
+  EXPECT_TRUE(leftLater < rightLater);
+  EXPECT_FALSE(rightLater < leftLater);
   up.Activate();
   rightwards.Activate();
   EXPECT_TRUE(ActivePartXCompare(&up, &rightwards));

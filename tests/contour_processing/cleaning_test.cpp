@@ -95,8 +95,12 @@ TEST(Cleaning, CompressByAngle) {
   TestLayer sharp({{{10, 0}, {0, 0}, {-100, 18}}}, 0);
   sharp.layer.COMPRES_LAAG(100, 175);
   EXPECT_EQ(sharp.layer.FirstContour->NumPoints, 3);
-  sharp.layer.COMPRES_LAAG(169, 180);  // 169 is not greater than 169: dropped
-  EXPECT_EQ(sharp.layer.FirstContour->NumPoints, 2);
+  // 169 is neither greater than 169 nor below it: dropped.
+  for (const auto& [least, most] : {std::pair{169, 180}, std::pair{100, 169}}) {
+    TestLayer limit({{{10, 0}, {0, 0}, {-100, 18}}}, 0);
+    limit.layer.COMPRES_LAAG(least, most);
+    EXPECT_EQ(limit.layer.FirstContour->NumPoints, 2) << least << " " << most;
+  }
 }
 
 TEST(Cleaning, CompressByLengthAndResolution) {
