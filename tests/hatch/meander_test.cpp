@@ -208,6 +208,33 @@ TEST(MeanderHatching, LongPathGrowsTheArrayAndDrawsEveryRunOnce) {
   EXPECT_TRUE(CrossingsOf(table.root).empty());
 }
 
+// More paths open at once than the sweep first makes room for: every run drawn once.
+TEST(MeanderHatching, NoSwitchSweepWithManyPathsOpenAtOnce) {
+  Columns columns = {{0, {}}, {5, {}}};
+  std::vector<Coordinates> expected;
+  for (auto& column : columns) {
+    for (int32_t i = 0; i < 1001; ++i) {
+      column.crossings.insert(column.crossings.end(), {20 * i, 20 * i + 10});
+      expected.push_back({column.position, 20 * i, 20 * i + 10});
+    }
+  }
+  ScopedTable table(columns), check(Columns{});
+  ScopedVectorLayer layer;
+  MSliceFileParameters parameters = Parameters(5, 6);
+  layer.ADD_X_TABEL_MEANDER_NO_SWITCH_CROSS_CHECKED_TYK(&table.root, &check.root, parameters, 3);
+  const Blocks blocks = BlocksOf(layer);
+  EXPECT_EQ(blocks.size(), 1001u);  // each run joined to its neighbour
+  std::vector<Coordinates> runs;
+  for (const Coordinates& path : blocks) {
+    for (size_t i = 0; i + 3 < path.size(); i += 4) {
+      if (path[i] == path[i + 2])
+        runs.push_back({path[i], std::min(path[i + 1], path[i + 3]), std::max(path[i + 1], path[i + 3])});
+    }
+  }
+  std::sort(runs.begin(), runs.end());
+  EXPECT_EQ(runs, expected);
+}
+
 TEST(MeanderHatching, NullTablesAddNoBlock) {
   ScopedVectorLayer layer;
   MSliceFileParameters parameters = Parameters(3, 5);
