@@ -1,6 +1,7 @@
+// Internal to the library's sources; not part of the public interface.
 // Grid arithmetic that must not overflow: clamped conversions, first grid
 // multiples and edge crossings, over the 32-bit wrapping words of
-// layer/wrapping_words.h. Internal to the library's sources.
+// layer/wrapping_words.h.
 #pragma once
 
 #include <cstdint>
@@ -10,40 +11,35 @@
 
 namespace kelvor2d_detail {
 
+// `convert(v)` for a real v inside the 32-bit range: NaN gives 0, v at or
+// above `high` INT32_MAX, v at or below `low` INT32_MIN.
+template <class Real, class Convert>
+int32_t ClampedTo32(Real v, Real high, Real low, Convert convert) {
+  if (!(v == v))
+    return 0;
+  if (v >= high)
+    return INT32_MAX;
+  if (v <= low)
+    return INT32_MIN;
+  return convert(v);
+}
+
 // Truncation toward zero of a float that may lie beyond the 32-bit range:
 // clamped to INT32_MIN..INT32_MAX, NaN gives 0.
 inline int32_t TruncateClamped(float v) {
-  if (!(v == v))
-    return 0;
-  if (v >= 2147483648.0f)
-    return INT32_MAX;
-  if (v < -2147483648.0f)
-    return INT32_MIN;
-  return static_cast<int32_t>(v);
+  return ClampedTo32(v, 2147483648.0f, -2147483648.0f, [](float f) { return static_cast<int32_t>(f); });
 }
 
 // Truncation toward zero of a double that may lie beyond the 32-bit range:
 // clamped to INT32_MIN..INT32_MAX, NaN gives 0.
 inline int32_t TruncateClamped(double v) {
-  if (!(v == v))
-    return 0;
-  if (v >= 2147483647.0)
-    return INT32_MAX;
-  if (v <= -2147483648.0)
-    return INT32_MIN;
-  return static_cast<int32_t>(v);
+  return ClampedTo32(v, 2147483647.0, -2147483648.0, [](double d) { return static_cast<int32_t>(d); });
 }
 
 // Rounding half away from zero of a double that may lie beyond the 32-bit
 // range: clamped to INT32_MIN..INT32_MAX, NaN gives 0.
 inline int32_t RoundClamped(double v) {
-  if (!(v == v))
-    return 0;
-  if (v >= 2147483647.5)
-    return INT32_MAX;
-  if (v <= -2147483648.5)
-    return INT32_MIN;
-  return Round(v);
+  return ClampedTo32(v, 2147483647.5, -2147483648.5, [](double d) { return Round(d); });
 }
 
 // A wide value held to the 32-bit range (widened sums that a 32-bit field

@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // The three things the program does; each returns the exit status.
 #pragma once
 

@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // The command line of kelvor2d-build.
 #pragma once
 

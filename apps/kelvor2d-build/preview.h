@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // PNG pictures of a build: a layer's contours and hatches, and a plot of scan
 // length and vector count per layer over the build.
 #pragma once

@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // Progress of a run on stderr: a bar redrawn in place on a terminal, a plain
 // line every few seconds otherwise.
 #pragma once

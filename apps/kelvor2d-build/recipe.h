@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // What happens to one layer: the standard powder-bed recipe through the library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // The sample build: a bracket whose outline twists with height and whose two
 // holes grow until they merge, beside a small hole that stays.
 #pragma once

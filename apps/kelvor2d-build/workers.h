@@ -1,3 +1,4 @@
+// Internal to the kelvor2d-build program; not part of the library's public interface.
 // Worker processes that each run layers through the recipe. The library's
 // process-wide state makes threads unsafe, so parallel work runs in processes:
 // each worker is forked with a pipe for jobs and one for results, and has one
