@@ -46,8 +46,8 @@ TEST(Perforation, OpenEndsLeaveOnlyTeeth) {
   EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 0 100"), "0: 2 7 13 18 32 37 43 48 62 67 73 78 92 97");
   EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 15"), "0: 11 13");
   EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 12"), "0:");
-  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 40"),
-            "0: 13 18 32 37");  // both teeth of the first period
+  // Both teeth of the first period.
+  EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 11 40"), "0: 13 18 32 37");
   // Starts just before a boundary, ends inside the second tooth of its last period.
   EXPECT_EQ(Perforate(PERFOREER_TABEL_OPEN_RAND, "0: 5 94"), "0: 5 7 13 18 32 37 43 48 62 67 73 78 92 94");
   // Several runs in one column are cut independently.
