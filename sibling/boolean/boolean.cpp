@@ -21,13 +21,13 @@ void M2dBoolean::SplitAndKeep(Inside inside) {
    public:
     Keeper(M2dBoolean& engine, Inside& inside) : m_engine(engine), m_inside(inside) {}
     void LinesTaken() override { m_engine.ClearLines(); }
+    bool Keeps(int32_t windingRight, int32_t windingLeft) override {
+      return m_inside(windingRight) != m_inside(windingLeft);
+    }
     M2dGraphLineNode* Begin(M2dGraphPoint* start, int64_t dx, int64_t dy, int32_t windingRight,
-                            int32_t windingLeft) override {
-      const bool right = m_inside(windingRight);
-      if (right == m_inside(windingLeft))
-        return nullptr;
-      return right ? m_engine.AddOpenLine(start, nullptr, dx, dy)
-                   : m_engine.AddOpenLine(nullptr, start, -dx, -dy);
+                            int32_t) override {
+      return m_inside(windingRight) ? m_engine.AddOpenLine(start, nullptr, dx, dy)
+                                    : m_engine.AddOpenLine(nullptr, start, -dx, -dy);
     }
     void End(M2dGraphLineNode* line, M2dGraphPoint* end) override { m_engine.CloseLine(line, end); }
 

@@ -60,6 +60,11 @@ uint64_t FractionKey(UInt128 fraction, UInt128 denominator) {
 
 }  // namespace
 
+M2dGraphFraction kelvor2d_detail::FractionOf(const ExactCoordinates& position) {
+  return M2dGraphFraction{position, FractionKey(position.xFraction, position.denominator),
+                          FractionKey(position.yFraction, position.denominator)};
+}
+
 M2dGraph::M2dGraph() : lines(new DLIST<M2dGraphLine>()) {}
 
 M2dGraph::~M2dGraph() {
@@ -207,9 +212,7 @@ const M2dGraphFraction* M2dGraph::NewFraction(const ExactCoordinates& position) 
     m_fractionBlockUsed = 0;
   }
   M2dGraphFraction* f = m_fractionBlocks.back() + m_fractionBlockUsed++;
-  f->exact = position;
-  f->xKey = FractionKey(position.xFraction, position.denominator);
-  f->yKey = FractionKey(position.yFraction, position.denominator);
+  *f = kelvor2d_detail::FractionOf(position);
   return f;
 }
 

@@ -97,6 +97,9 @@ struct KELVOR2D_API M2dGraphPoint {
 
 namespace kelvor2d_detail {
 
+// The exact position with its sort keys.
+M2dGraphFraction FractionOf(const ExactCoordinates& position);
+
 // Order of the exact x (or y) of two graph points: -1, 0 or +1. The whole
 // parts and the 62-bit fraction keys decide almost always; exact fractions
 // decide the rest.

@@ -26,7 +26,7 @@ struct Segment {
   int32_t rightX;  // the right (upper) end
   int32_t rightY;
   M2dGraphPoint* right;       // the right (upper) end
-  M2dGraphPoint* pieceStart;  // where the current piece began: the left end until the sweep reaches it
+  M2dGraphPoint* left;        // the left (lower) end
   M2dGraphLineNode* line;     // the line of the current piece when it is kept, else null
   int32_t windingBelow;       // winding right of the sweep orientation (below; +x of a vertical)
   int32_t windingAbove;       // winding left of it
@@ -107,21 +107,24 @@ void SortByKey(std::vector<EndRecord>& records) {
 // An event point as the status tests see it. Grid points are tested from
 // their coordinates alone, so the sweep reads no point record for them.
 struct Probe {
-  const M2dGraphPoint* point;
-  double x;  // the position rounded to doubles
+  const ExactCoordinates* exact;  // the exact position off the grid; null on the grid
+  double x;                       // the position rounded to doubles
   double y;
   int32_t gridX;  // whole parts
   int32_t gridY;
   bool onGrid;  // no fraction: the whole parts are the position
 };
 
-Probe GridProbe(const M2dGraphPoint* p, uint64_t key) {
+Probe GridProbe(uint64_t key) {
   const int32_t x = KeyX(key), y = KeyY(key);
-  return Probe{p, static_cast<double>(x), static_cast<double>(y), x, y, true};
+  return Probe{nullptr, static_cast<double>(x), static_cast<double>(y), x, y, true};
 }
 
-Probe PointProbe(const M2dGraphPoint* p) {
-  return Probe{p, p->NearX(), p->NearY(), p->x, p->y, p->IsInteger()};
+Probe CrossingProbe(const ExactCoordinates& c) {
+  if (c.xFraction == 0 && c.yFraction == 0)
+    return Probe{nullptr, static_cast<double>(c.x), static_cast<double>(c.y), c.x, c.y, true};
+  return Probe{&c, ExactToDouble(c.x, c.xFraction, c.denominator), ExactToDouble(c.y, c.yFraction, c.denominator),
+               c.x, c.y, false};
 }
 
 // Side of p relative to the segment's line: +1 above (left of its sense), -1
@@ -140,7 +143,7 @@ int SideOf(const Segment& s, const Probe& p) {
     return -1;
   if (p.onGrid)
     return Orientation(s.leftX, s.leftY, s.rightX, s.rightY, p.gridX, p.gridY);
-  return OrientationOfExact(s.leftX, s.leftY, s.DirectionX(), s.DirectionY(), p.point->fraction->exact);
+  return OrientationOfExact(s.leftX, s.leftY, s.DirectionX(), s.DirectionY(), *p.exact);
 }
 
 // Sign of the turn from a's direction to b's: > 0 when b is steeper, so that
@@ -228,23 +231,46 @@ class PairSet {
   }
 };
 
-// A queued crossing, with the point's sort keys at hand so that ordering the
-// queue seldom reads the point, and a carrier through it, whose status node
-// is where the event finds its place.
+// The exact positions of the queued crossings, each in a slot that is
+// reused once its crossing is swept: the pool is as large as the queue.
+class PendingCrossings {
+ public:
+  uint32_t Add(const ExactCoordinates& c) {
+    const M2dGraphFraction f = FractionOf(c);
+    if (m_free.empty()) {
+      m_slots.push_back(f);
+      return static_cast<uint32_t>(m_slots.size() - 1);
+    }
+    const uint32_t slot = m_free.back();
+    m_free.pop_back();
+    m_slots[slot] = f;
+    return slot;
+  }
+  void Release(uint32_t slot) { m_free.push_back(slot); }
+  const M2dGraphFraction& operator[](uint32_t slot) const { return m_slots[slot]; }
+
+ private:
+  std::vector<M2dGraphFraction> m_slots;
+  std::vector<uint32_t> m_free;
+};
+
+// A queued crossing, with its sort keys at hand so that ordering the queue
+// seldom reads its exact position, and a carrier through it, whose status
+// node is where the event finds its place.
 struct CrossingEvent {
-  M2dGraphPoint* point;
   uint64_t pair;  // key of the pair of carriers in the PairSet
   uint64_t xKey;
   uint64_t yKey;
   int32_t x;
   int32_t y;
   uint32_t carrier;
+  uint32_t slot;  // its exact position in the PendingCrossings
 };
 
 // True when c comes after the event point p in (x, y) order.
 bool ComesAfter(const ExactCoordinates& c, const Probe& p) {
   if (!p.onGrid)
-    return CompareExactXY(c, p.point->fraction->exact) > 0;
+    return CompareExactXY(c, *p.exact) > 0;
   if (c.x != p.gridX)
     return c.x > p.gridX;
   if (c.xFraction != 0)
@@ -252,41 +278,52 @@ bool ComesAfter(const ExactCoordinates& c, const Probe& p) {
   return c.y != p.gridY ? c.y > p.gridY : c.yFraction != 0;
 }
 
-int CompareEvents(const CrossingEvent& a, const CrossingEvent& b) {
+bool OnGrid(const ExactCoordinates& c) {
+  return c.xFraction == 0 && c.yFraction == 0;
+}
+
+// Order of two queued crossings: -1, 0 or +1. The whole parts and the keys
+// decide almost always; the exact positions decide the rest.
+int CompareEvents(const CrossingEvent& a, const CrossingEvent& b, const PendingCrossings& pending) {
   if (a.x != b.x)
     return a.x < b.x ? -1 : 1;
   if (a.xKey != b.xKey)
     return a.xKey < b.xKey ? -1 : 1;
-  if (a.point == b.point)
-    return 0;
-  const int byX = ComparePointX(a.point, b.point);
+  const ExactCoordinates& p = pending[a.slot].exact;
+  const ExactCoordinates& q = pending[b.slot].exact;
+  const bool bothOnGrid = OnGrid(p) && OnGrid(q);
+  const int byX = bothOnGrid ? 0 : CompareExactX(p, q);
   if (byX != 0)
     return byX;
   if (a.y != b.y)
     return a.y < b.y ? -1 : 1;
   if (a.yKey != b.yKey)
     return a.yKey < b.yKey ? -1 : 1;
-  return ComparePointY(a.point, b.point);
+  return bothOnGrid ? 0 : CompareExactY(p, q);
 }
 
 // Order of the grid point (x, y) and a queued crossing: -1, 0 or +1.
-int CompareGridWithEvent(int32_t x, int32_t y, const CrossingEvent& e) {
+int CompareGridWithEvent(int32_t x, int32_t y, const CrossingEvent& e, const PendingCrossings& pending) {
   if (x != e.x)
     return x < e.x ? -1 : 1;
-  if (e.xKey != 0 || (!e.point->IsInteger() && e.point->fraction->exact.xFraction != 0))
+  if (e.xKey != 0 || pending[e.slot].exact.xFraction != 0)
     return -1;
   if (y != e.y)
     return y < e.y ? -1 : 1;
-  return e.yKey != 0 || (!e.point->IsInteger() && e.point->fraction->exact.yFraction != 0) ? -1 : 0;
+  return e.yKey != 0 || pending[e.slot].exact.yFraction != 0 ? -1 : 0;
 }
 
 struct LaterEvent {
-  bool operator()(const CrossingEvent& a, const CrossingEvent& b) const { return CompareEvents(a, b) > 0; }
+  const PendingCrossings* pending;
+  bool operator()(const CrossingEvent& a, const CrossingEvent& b) const {
+    return CompareEvents(a, b, *pending) > 0;
+  }
 };
 
 class ArrangementSweep {
  public:
-  ArrangementSweep(M2dGraph& graph, PieceSink& sink) : m_graph(graph), m_sink(sink) {
+  ArrangementSweep(M2dGraph& graph, PieceSink& sink)
+      : m_graph(graph), m_sink(sink), m_crossings(LaterEvent{&m_pending}) {
     TakeLines(*graph.lines);
   }
 
@@ -294,21 +331,22 @@ class ArrangementSweep {
     size_t r = 0;
     while (r < m_ends.size() || !m_crossings.empty()) {
       const uint64_t key = r < m_ends.size() ? m_ends[r].key : 0;
-      const bool fromEnds =
-          r < m_ends.size() &&
-          (m_crossings.empty() || CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) <= 0);
+      const bool fromEnds = r < m_ends.size() && (m_crossings.empty() || CompareGridWithNext(key) <= 0);
       if (fromEnds) {
-        while (!m_crossings.empty() && CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top()) == 0)
+        while (!m_crossings.empty() && CompareGridWithNext(key) == 0)
           PopCrossing();  // crossings on the grid point of an end: one event
         r = SweepEndPoint(r);
         continue;
       }
       const CrossingEvent e = m_crossings.top();
-      PopCrossing();
-      while (!m_crossings.empty() && CompareEvents(m_crossings.top(), e) == 0)
+      m_crossings.pop();
+      m_queuedPairs.Erase(e.pair);
+      while (!m_crossings.empty() && CompareEvents(m_crossings.top(), e, m_pending) == 0)
         PopCrossing();  // more pairs crossing at the same position: one event, e's point
+      const ExactCoordinates exact = m_pending[e.slot].exact;
+      m_pending.Release(e.slot);
       m_starting.clear();
-      SweepPoint(PointProbe(e.point), e.point, m_segments[e.carrier].node);
+      SweepPoint(CrossingProbe(exact), nullptr, m_segments[e.carrier].node);
     }
   }
 
@@ -317,9 +355,11 @@ class ArrangementSweep {
   PieceSink& m_sink;
   std::vector<Segment> m_segments;
   std::vector<EndRecord> m_ends;  // the events on the grid, in event order
+  PendingCrossings m_pending;  // exact positions of the queued crossings
   std::priority_queue<CrossingEvent, std::vector<CrossingEvent>, LaterEvent> m_crossings;
-  PairSet m_queuedPairs;           // pairs of carriers whose crossing is queued, not yet swept
-  const Probe* m_event = nullptr;  // the event point being swept
+  PairSet m_queuedPairs;                   // pairs of carriers whose crossing is queued, not yet swept
+  const Probe* m_event = nullptr;          // the event point being swept
+  M2dGraphPoint* m_eventPoint = nullptr;   // its graph point; null until a kept piece needs it
   SweepStatus m_status;
   std::vector<int32_t> m_oldNodes;            // scratch: the status nodes through the event point
   std::vector<uint32_t> m_group;              // scratch: the carriers leaving the event point
@@ -352,7 +392,7 @@ class ArrangementSweep {
     s.rightX = right->x;
     s.rightY = right->y;
     s.right = right;
-    s.pieceStart = left;
+    s.left = left;
     s.line = nullptr;
     s.windingBelow = s.windingAbove = 0;
     s.node = kNone;
@@ -372,14 +412,14 @@ class ArrangementSweep {
       const Segment* before = i > 0 ? &m_segments[i - 1] : nullptr;
       const Segment* after = i + 1 < n ? &m_segments[i + 1] : nullptr;
       uint32_t ending = kNoCarrier;
-      if (before != nullptr && before->right == s.pieceStart) {
+      if (before != nullptr && before->right == s.left) {
         ending = static_cast<uint32_t>(i - 1);
-      } else if (after != nullptr && after->right == s.pieceStart) {
+      } else if (after != nullptr && after->right == s.left) {
         ending = static_cast<uint32_t>(i + 1);
       }
       m_ends.push_back(EndRecord{EventKey(s.leftX, s.leftY), static_cast<uint32_t>(i), ending});
-      const bool startsAtRight = (before != nullptr && before->pieceStart == s.right) ||
-                                 (after != nullptr && after->pieceStart == s.right);
+      const bool startsAtRight =
+          (before != nullptr && before->left == s.right) || (after != nullptr && after->left == s.right);
       if (!startsAtRight)
         m_ends.push_back(EndRecord{EventKey(s.rightX, s.rightY), kNoCarrier, static_cast<uint32_t>(i)});
     }
@@ -401,7 +441,7 @@ class ArrangementSweep {
       const EndRecord& e = m_ends[r];
       if (e.starting != kNoCarrier) {
         m_starting.push_back(e.starting);
-        p = m_segments[e.starting].pieceStart;
+        p = m_segments[e.starting].left;
       }
       if (e.ending != kNoCarrier) {
         const Segment& s = m_segments[e.ending];
@@ -410,7 +450,7 @@ class ArrangementSweep {
           seed = s.node;
       }
     }
-    const Probe probe = GridProbe(p, key);
+    const Probe probe = GridProbe(key);
     if (r - first != 1 || m_ends[first].starting == kNoCarrier || m_ends[first].ending == kNoCarrier ||
         !PassOn(probe, p, m_ends[first].ending, m_ends[first].starting)) {
       SweepPoint(probe, p, seed);
@@ -430,6 +470,7 @@ class ArrangementSweep {
     if ((below != kNone && Holds(below, probe)) || (above != kNone && Holds(above, probe)))
       return false;
     m_event = &probe;
+    m_eventPoint = p;
     m_arrivals.clear();
     m_departures.clear();
     if (old.line != nullptr) {
@@ -442,9 +483,11 @@ class ArrangementSweep {
     next.windingBelow = below == kNone ? 0 : m_segments[m_status.ValueOf(below)].windingAbove;
     next.windingAbove = next.windingBelow - next.multiplicity;
     next.emits = true;
-    next.line = m_sink.Begin(p, next.DirectionX(), next.DirectionY(), next.windingBelow, next.windingAbove);
-    if (next.line != nullptr)
+    next.line = nullptr;
+    if (m_sink.Keeps(next.windingBelow, next.windingAbove)) {
+      next.line = m_sink.Begin(p, next.DirectionX(), next.DirectionY(), next.windingBelow, next.windingAbove);
       m_departures.push_back(next.line);
+    }
     if (!m_arrivals.empty() && !m_departures.empty())
       LinkAround(p);
     CheckPair(below, node);
@@ -456,11 +499,13 @@ class ArrangementSweep {
     return SideOf(m_segments[m_status.ValueOf(node)], p) == 0;
   }
 
-  // The event at p: the status nodes through p (from a node known to hold p,
-  // or found by search), their pieces ending at p, and the carriers leaving
-  // p placed in their stead.
+  // The event at the probe's point: the status nodes through it (from a node
+  // known to hold it, or found by search), their pieces ending there, and the
+  // carriers leaving it placed in their stead. `p` is its graph point, or
+  // null for a crossing not made yet.
   void SweepPoint(const Probe& probe, M2dGraphPoint* p, int32_t seed) {
     m_event = &probe;
+    m_eventPoint = p;
     int32_t below = kNone;
     if (seed == kNone) {
       bool on = false;
@@ -471,15 +516,24 @@ class ArrangementSweep {
     m_oldNodes.clear();
     if (seed != kNone)
       below = CollectNodesThrough(probe, seed);
-    EndPiecesAt(p);
+    EndPiecesHere();
     m_group.insert(m_group.end(), m_starting.begin(), m_starting.end());
     if (m_group.size() > 1)
       SortBySlope();
     PlaceGroup(below);
     AssignWindings(below);
-    BeginPiecesAt(p);
-    LinkAround(p);
+    BeginPiecesHere();
+    LinkAround(m_eventPoint);
     CheckNeighbours(below);
+  }
+
+  // The graph point of the event, made on first use at a crossing.
+  M2dGraphPoint* EventPoint() {
+    if (m_eventPoint == nullptr) {
+      m_eventPoint = m_event->onGrid ? m_graph.GetGridPoint(m_event->gridX, m_event->gridY)
+                                     : m_graph.MakeExactPoint(*m_event->exact);
+    }
+    return m_eventPoint;
   }
 
   // Fills m_oldNodes with the nodes through p, bottom to top; returns the
@@ -494,22 +548,22 @@ class ArrangementSweep {
     return m_status.Previous(low);
   }
 
-  // Every carrier through p ends its piece at p; those that go on start the
-  // next piece there and form the group with the carriers starting at p.
-  void EndPiecesAt(M2dGraphPoint* p) {
+  // Every carrier through the event point ends its piece there; those that
+  // go on start the next piece there and form the group with the carriers
+  // starting there. No carrier ends at a crossing: an end on the grid is an
+  // event of its own, which takes the crossings there along.
+  void EndPiecesHere() {
     m_group.clear();
     m_arrivals.clear();
     for (int32_t node : m_oldNodes) {
       const uint32_t v = m_status.ValueOf(node);
       Segment& s = m_segments[v];
       if (s.line != nullptr) {
-        m_sink.End(s.line, p);
+        m_sink.End(s.line, EventPoint());
         m_arrivals.push_back(s.line);
       }
-      if (s.right != p) {
-        s.pieceStart = p;
+      if (s.right != m_eventPoint)
         m_group.push_back(v);
-      }
     }
   }
 
@@ -561,15 +615,16 @@ class ArrangementSweep {
     }
   }
 
-  // The kept pieces leaving p get their lines, bottom to top.
-  void BeginPiecesAt(M2dGraphPoint* p) {
+  // The kept pieces leaving the event point get their lines, bottom to top.
+  void BeginPiecesHere() {
     m_departures.clear();
     for (uint32_t v : m_group) {
       Segment& s = m_segments[v];
-      s.line =
-          s.emits ? m_sink.Begin(p, s.DirectionX(), s.DirectionY(), s.windingBelow, s.windingAbove) : nullptr;
-      if (s.line != nullptr)
+      s.line = nullptr;
+      if (s.emits && m_sink.Keeps(s.windingBelow, s.windingAbove)) {
+        s.line = m_sink.Begin(EventPoint(), s.DirectionX(), s.DirectionY(), s.windingBelow, s.windingAbove);
         m_departures.push_back(s.line);
+      }
     }
   }
 
@@ -595,7 +650,13 @@ class ArrangementSweep {
 
   void PopCrossing() {
     m_queuedPairs.Erase(m_crossings.top().pair);
+    m_pending.Release(m_crossings.top().slot);
     m_crossings.pop();
+  }
+
+  // Order of the grid point of an end key and the next queued crossing.
+  int CompareGridWithNext(uint64_t key) const {
+    return CompareGridWithEvent(KeyX(key), KeyY(key), m_crossings.top(), m_pending);
   }
 
   void CheckNeighbours(int32_t below) {
@@ -628,11 +689,11 @@ class ArrangementSweep {
     const uint64_t pair = PairSet::KeyOf(i, j);
     if (!m_queuedPairs.Insert(pair))
       return;
-    // Crossings off the grid are new points: coincident ones meet in the
-    // queue. On the grid, the point may be an end already.
-    M2dGraphPoint* q =
-        c.xFraction == 0 && c.yFraction == 0 ? m_graph.GetGridPoint(c.x, c.y) : m_graph.MakeExactPoint(c);
-    m_crossings.push(CrossingEvent{q, pair, q->XKey(), q->YKey(), q->x, q->y, i});
+    // Coincident crossings meet in the queue; one on the grid may be an end
+    // already, and meets that end's event there.
+    const uint32_t slot = m_pending.Add(c);
+    const M2dGraphFraction& f = m_pending[slot];
+    m_crossings.push(CrossingEvent{pair, f.xKey, f.yKey, c.x, c.y, i, slot});
   }
 };
 
