@@ -1,5 +1,7 @@
 #include "sibling/boolean/boolean.h"
 
+#include <algorithm>
+
 #include "sibling/boolean/pairing.h"
 #include "sibling/boolean/sweep.h"
 
@@ -22,6 +24,7 @@ void M2dBoolean::SplitAndKeep(Inside inside) {
     Keeper(M2dBoolean& engine, Inside& inside) : m_engine(engine), m_inside(inside) {}
     void LinesTaken() override { m_engine.ClearLines(); }
     bool Keeps(int32_t windingRight, int32_t windingLeft) override {
+      m_engine.m_leastWinding = std::min({m_engine.m_leastWinding, windingRight, windingLeft});
       return m_inside(windingRight) != m_inside(windingLeft);
     }
     M2dGraphLineNode* Begin(M2dGraphPoint* start, int64_t dx, int64_t dy, int32_t windingRight,
@@ -35,6 +38,7 @@ void M2dBoolean::SplitAndKeep(Inside inside) {
     M2dBoolean& m_engine;
     Inside& m_inside;
   };
+  m_leastWinding = 0;
   Keeper keeper(*this, inside);
   kelvor2d_detail::SweepArrangement(*this, keeper);
   kelvor2d_detail::SplitIntoSimpleRings(*lines, GetNumPoints());

@@ -41,10 +41,14 @@ class KELVOR2D_API M2dBoolean : public M2dGraph {
   // As SplitClassifyAndFilter, keeping the region of non-zero winding: every
   // area that some loop encloses stays, self-crossings are resolved.
   void RemoveIntegerSelfIntersections();
+  // The least winding number of any region met by the last split (the
+  // region far away counts, so it is at most 0); 0 before any split.
+  int32_t LeastWinding() const { return m_leastWinding; }
 
  private:
   std::vector<int32_t> m_shellRanges;  // lowest and highest y of each shell
   uint32_t m_shellStart = 0;           // line count when the current shell began
+  int32_t m_leastWinding = 0;          // least winding of any region met by the last split
 
   // Splits, computes windings and rebuilds the line list from the edges whose
   // two sides differ in `inside`.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "geometry/grid_arithmetic.h"
@@ -11,6 +12,10 @@ namespace {
 
 constexpr double kChordError = 0.5;
 constexpr double kPiHere = 3.141592653589793;
+// Raw offset points from which on contours are offset and united in groups
+// of about this many points, so that the engine never holds all raw offsets
+// at once (a few hundred bytes per point while it runs).
+constexpr size_t kGroupPoints = size_t{1} << 19;
 
 struct Vertex {
   int64_t x;
@@ -33,6 +38,11 @@ struct OffsetSide {
 class RawLoops {
  public:
   void BeginLoop() { m_starts.push_back(m_points.size()); }
+  size_t PointCount() const { return m_points.size(); }
+  void Clear() {
+    m_points.clear();
+    m_starts.clear();
+  }
   void Add(double x, double y) {
     const GridPoint p{kelvor2d_detail::RoundClamped(x), kelvor2d_detail::RoundClamped(y)};
     if (m_points.size() == m_starts.back() || p.x != m_points.back().x || p.y != m_points.back().y)
@@ -155,6 +165,93 @@ void AddAsIs(RawLoops& loops, const std::vector<Vertex>& v) {
     loops.Add(static_cast<double>(p.x), static_cast<double>(p.y));
 }
 
+OffsetSide SideFor(int32_t distance) {
+  OffsetSide s;
+  s.radius = std::fabs(static_cast<double>(distance));
+  s.side = distance < 0 ? 1 : -1;
+  s.step = s.radius > kChordError ? 2.0 * std::acos(1.0 - kChordError / s.radius) : kPiHere;
+  return s;
+}
+
+// Appends the loop that contour c adds to the offset, if any.
+void AddOffsetLoop(RawLoops& loops, const M3dBorderContourLong& c, int32_t distance, const OffsetSide& s,
+                   std::vector<Normal>& normals) {
+  if (!c.GetIsClosed())
+    return;
+  const std::vector<Vertex> v = DistinctVertices(c);
+  if (v.empty())
+    return;
+  const bool flat = v.size() < 3 || c.SurfaceAreaWithSignXY() == 0.0;
+  if (flat && !(c.GetIsOuterContour() && distance < 0))
+    return;
+  if (distance == 0) {
+    AddAsIs(loops, v);
+  } else {
+    AddRawOffset(loops, v, s, normals);
+  }
+}
+
+// The region of positive winding of what was fed, appended to `rings`.
+void KeepPositive(M2dBoolean& engine, M3dBorderLong& rings) {
+  engine.SplitClassifyAndFilter(0, M2dBoolean::kNoUpperBound);
+  kelvor2d_detail::AppendRings(engine, rings);
+}
+
+// Unites ring sets as a binary counter does: a new set enters at level 0,
+// and two sets of one level become one of the next, so at most one set per
+// level is held. Uniting rings rounded to the grid moves the boundary by up
+// to a unit near the points rounded; that is the price of the bounded memory.
+class StagedUnion {
+ public:
+  void Add(std::unique_ptr<M3dBorderLong> rings) {
+    int level = 0;
+    while (!m_stages.empty() && m_stages.back().level == level) {
+      rings = Unite(*m_stages.back().rings, *rings);
+      m_stages.pop_back();
+      ++level;
+    }
+    m_stages.push_back(Stage{level, std::move(rings)});
+  }
+  // Unites what is held into `result`.
+  void Finish(M3dBorderLong& result) {
+    if (m_stages.empty())
+      return;
+    std::unique_ptr<M3dBorderLong> all = std::move(m_stages.back().rings);
+    m_stages.pop_back();
+    for (; !m_stages.empty(); m_stages.pop_back())
+      all = Unite(*m_stages.back().rings, *all);
+    result.Swap(*all);
+  }
+
+ private:
+  struct Stage {
+    int level;
+    std::unique_ptr<M3dBorderLong> rings;
+  };
+  std::vector<Stage> m_stages;
+
+  static std::unique_ptr<M3dBorderLong> Unite(const M3dBorderLong& a, const M3dBorderLong& b) {
+    M2dBoolean engine;
+    kelvor2d_detail::FeedBorder(engine, a);
+    kelvor2d_detail::FeedBorder(engine, b);
+    auto united = std::make_unique<M3dBorderLong>();
+    KeepPositive(engine, *united);
+    return united;
+  }
+};
+
+// Unites the loops of one group into a new ring set; null when some region
+// of the group winds negatively, where uniting groups would not be exact.
+std::unique_ptr<M3dBorderLong> UniteGroup(const RawLoops& loops) {
+  M2dBoolean engine;
+  loops.Feed(engine);
+  auto rings = std::make_unique<M3dBorderLong>();
+  KeepPositive(engine, *rings);
+  if (engine.LeastWinding() < 0)
+    return nullptr;
+  return rings;
+}
+
 }  // namespace
 
 M2dOffsetter::M2dOffsetter() : result(&m_result) {}
@@ -163,31 +260,50 @@ M2dOffsetter::~M2dOffsetter() {}
 
 void M2dOffsetter::CreateOffset(int32_t distance) {
   m_result.MakeEmpty();
-  M2dBoolean engine;
-  OffsetSide s;
-  s.radius = std::fabs(static_cast<double>(distance));
-  s.side = distance < 0 ? 1 : -1;
-  s.step = s.radius > kChordError ? 2.0 * std::acos(1.0 - kChordError / s.radius) : kPiHere;
+  const OffsetSide s = SideFor(distance);
   RawLoops loops;
   std::vector<Normal> normals;
+  StagedUnion groups;
+  bool grouped = false;
   for (const M3dBorderContourLong& c : input) {
-    if (!c.GetIsClosed())
+    AddOffsetLoop(loops, c, distance, s, normals);
+    if (distance == 0 || loops.PointCount() < kGroupPoints)
       continue;
-    const std::vector<Vertex> v = DistinctVertices(c);
-    if (v.empty())
-      continue;
-    const bool flat = v.size() < 3 || c.SurfaceAreaWithSignXY() == 0.0;
-    if (flat && !(c.GetIsOuterContour() && distance < 0))
-      continue;
-    if (distance == 0) {
-      AddAsIs(loops, v);
-    } else {
-      AddRawOffset(loops, v, s, normals);
+    std::unique_ptr<M3dBorderLong> rings = UniteGroup(loops);
+    loops.Clear();
+    if (rings == nullptr) {
+      OffsetInOnePass(distance);
+      return;
     }
+    groups.Add(std::move(rings));
+    grouped = true;
   }
+  if (!grouped) {
+    M2dBoolean engine;
+    loops.Feed(engine);
+    KeepPositive(engine, m_result);
+    return;
+  }
+  if (loops.PointCount() > 0) {
+    std::unique_ptr<M3dBorderLong> rings = UniteGroup(loops);
+    if (rings == nullptr) {
+      OffsetInOnePass(distance);
+      return;
+    }
+    groups.Add(std::move(rings));
+  }
+  groups.Finish(m_result);
+}
+
+void M2dOffsetter::OffsetInOnePass(int32_t distance) {
+  const OffsetSide s = SideFor(distance);
+  RawLoops loops;
+  std::vector<Normal> normals;
+  for (const M3dBorderContourLong& c : input)
+    AddOffsetLoop(loops, c, distance, s, normals);
+  M2dBoolean engine;
   loops.Feed(engine);
-  engine.SplitClassifyAndFilter(0, M2dBoolean::kNoUpperBound);
-  kelvor2d_detail::AppendRings(engine, m_result);
+  KeepPositive(engine, m_result);
 }
 
 void M2dOffsetter::Clear() {

@@ -25,11 +25,21 @@ class KELVOR2D_API M2dOffsetter {
   // one point becomes a disc and one of two points a rounded bar (outer
   // contours only); otherwise contours without area add nothing. Open
   // contours are ignored. Result contours are closed rings, outer ones
-  // clockwise, with status and order 0.
+  // clockwise, with status and order 0. Up to 2^19 raw offset points the
+  // result is the exact region of positive winding of all raw offsets,
+  // rounded to the grid once. Beyond that, contours are offset and united in
+  // groups and the groups' unions united in turn, so memory follows the
+  // largest group and the result, not the raw offsets; each union is rounded
+  // to the grid, which may move the boundary by up to a unit near crossings.
+  // A group with a region of negative winding (where uniting groups would not
+  // be exact) makes it unite all raw offsets at once instead.
   void CreateOffset(int32_t distance);
   // Empties the result.
   void Clear();
 
  private:
   M3dBorderLong m_result;  // storage of *result
+
+  // The region of positive winding of all raw offsets, united at once.
+  void OffsetInOnePass(int32_t distance);
 };

@@ -25,15 +25,15 @@ struct Segment {
   int32_t leftY;
   int32_t rightX;  // the right (upper) end
   int32_t rightY;
-  M2dGraphPoint* right;       // the right (upper) end
-  M2dGraphPoint* left;        // the left (lower) end
-  M2dGraphLineNode* line;     // the line of the current piece when it is kept, else null
-  int32_t windingBelow;       // winding right of the sweep orientation (below; +x of a vertical)
-  int32_t windingAbove;       // winding left of it
-  int32_t node;               // status node while in the status
-  uint32_t queuedAbove;       // the carrier above whose crossing with this one was queued last
-  int8_t multiplicity;        // +1 when fed left to right, -1 when fed right to left
-  bool emits;                 // lowest of coincident carriers: it alone emits the shared piece
+  M2dGraphPoint* right;    // the right (upper) end
+  M2dGraphPoint* left;     // the left (lower) end
+  M2dGraphLineNode* line;  // the line of the current piece when it is kept, else null
+  int32_t windingBelow;    // winding right of the sweep orientation (below; +x of a vertical)
+  int32_t windingAbove;    // winding left of it
+  int32_t node;            // status node while in the status
+  uint32_t queuedAbove;    // the carrier above whose crossing with this one was queued last
+  int8_t multiplicity;     // +1 when fed left to right, -1 when fed right to left
+  bool emits;              // lowest of coincident carriers: it alone emits the shared piece
 
   // right - left: directionX > 0, or 0 with directionY > 0.
   int64_t DirectionX() const { return static_cast<int64_t>(rightX) - leftX; }
@@ -123,8 +123,12 @@ Probe GridProbe(uint64_t key) {
 Probe CrossingProbe(const ExactCoordinates& c) {
   if (c.xFraction == 0 && c.yFraction == 0)
     return Probe{nullptr, static_cast<double>(c.x), static_cast<double>(c.y), c.x, c.y, true};
-  return Probe{&c, ExactToDouble(c.x, c.xFraction, c.denominator), ExactToDouble(c.y, c.yFraction, c.denominator),
-               c.x, c.y, false};
+  return Probe{&c,
+               ExactToDouble(c.x, c.xFraction, c.denominator),
+               ExactToDouble(c.y, c.yFraction, c.denominator),
+               c.x,
+               c.y,
+               false};
 }
 
 // Side of p relative to the segment's line: +1 above (left of its sense), -1
@@ -355,11 +359,11 @@ class ArrangementSweep {
   PieceSink& m_sink;
   std::vector<Segment> m_segments;
   std::vector<EndRecord> m_ends;  // the events on the grid, in event order
-  PendingCrossings m_pending;  // exact positions of the queued crossings
+  PendingCrossings m_pending;     // exact positions of the queued crossings
   std::priority_queue<CrossingEvent, std::vector<CrossingEvent>, LaterEvent> m_crossings;
-  PairSet m_queuedPairs;                   // pairs of carriers whose crossing is queued, not yet swept
-  const Probe* m_event = nullptr;          // the event point being swept
-  M2dGraphPoint* m_eventPoint = nullptr;   // its graph point; null until a kept piece needs it
+  PairSet m_queuedPairs;                  // pairs of carriers whose crossing is queued, not yet swept
+  const Probe* m_event = nullptr;         // the event point being swept
+  M2dGraphPoint* m_eventPoint = nullptr;  // its graph point; null until a kept piece needs it
   SweepStatus m_status;
   std::vector<int32_t> m_oldNodes;            // scratch: the status nodes through the event point
   std::vector<uint32_t> m_group;              // scratch: the carriers leaving the event point

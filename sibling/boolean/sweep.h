@@ -39,10 +39,10 @@ class PieceSink {
 // O((n + k) log n) for n lines and k crossings. A crossing is held by the
 // sweep until it is swept, and made a point of `graph` only when a kept piece
 // begins or ends there, so the memory follows the lines, the crossings ahead
-// of the sweep and the kept pieces, not all crossings. The region far away has winding 0, and crossing a line fed a -> b
-// from its left to its right adds 1. At every point, each kept line arriving
-// there gets as successor the first kept line leaving it counter-clockwise
-// from the way back: the line that bounds the same wedge of material.
+// of the sweep and the kept pieces, not all crossings. The region far away has winding 0, and crossing a line
+// fed a -> b from its left to its right adds 1. At every point, each kept line arriving there gets as
+// successor the first kept line leaving it counter-clockwise from the way back: the line that bounds the same
+// wedge of material.
 void SweepArrangement(M2dGraph& graph, PieceSink& sink);
 
 }  // namespace kelvor2d_detail

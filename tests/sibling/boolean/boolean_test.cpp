@@ -222,6 +222,33 @@ TEST(BooleanEngine, BowTieAndStarByLevel) {
   EXPECT_GT(c.area, 0.0);
 }
 
+// Crossings inside the kept region are swept and forgotten: only the points
+// where kept lines meet are made, and the least winding met is reported.
+TEST(BooleanEngine, OnlyPointsOfKeptLinesAreMade) {
+  const int n = 101, step = 50;  // a star polygon with about 5,000 self-crossings
+  Loop star;
+  for (int i = 0; i < n; ++i) {
+    const double angle = 2.0 * kPi * ((i * step) % n) / n;
+    star.push_back({static_cast<int32_t>(std::lround(1e6 * std::cos(angle))),
+                    static_cast<int32_t>(std::lround(1e6 * std::sin(angle)))});
+  }
+  M2dBoolean engine;
+  FeedLoops(engine, {star});
+  engine.RemoveIntegerSelfIntersections();
+  bool closed = false;
+  const std::vector<Ring> rings = WalkRings(engine, &closed);
+  ASSERT_EQ(rings.size(), 1u);
+  EXPECT_EQ(rings[0].size(), 2u * n);
+  EXPECT_EQ(engine.GetNumPoints(), 2u * n);
+  EXPECT_LE(engine.LeastWinding(), -1);  // counter-clockwise: negative inside
+
+  Loop clockwise(star.rbegin(), star.rend());
+  M2dBoolean positive;
+  const Result p = Combine({clockwise}, {}, 0, false, positive);
+  EXPECT_EQ(positive.LeastWinding(), 0);
+  EXPECT_EQ(p.rings.size(), 1u);
+}
+
 TEST(BooleanEngine, DegenerateInputLeavesNothing) {
   const std::vector<std::vector<Loop>> inputs = {{},
                                                  {{{5, 5}}},

@@ -139,6 +139,56 @@ TEST(Offsetter, GrowingPastTheEndsOfTheRangeClamps) {
   EXPECT_TRUE(touchesMin);
 }
 
+// Squares of side 100 on a grid of pitch 1,000, clockwise, as outer contours.
+void AddSmallSquares(M3dBorderLong& border, int columns, int rows) {
+  for (int i = 0; i < columns; ++i) {
+    for (int j = 0; j < rows; ++j)
+      AddRing(border, testing_support::Rectangle(i * 1000, j * 1000, i * 1000 + 100, j * 1000 + 100));
+  }
+}
+
+// Growing many contours far gives more raw offset points than are united at
+// once: the contours are united group by group, and the result is still the
+// one rounded disc around them all.
+TEST(Offsetter, ContoursGrownFarAreUnitedInGroups) {
+  const double r = 1e6;
+  M2dOffsetter offsetter;
+  AddSmallSquares(offsetter.input, 18, 10);  // about 570,000 raw offset points
+  offsetter.CreateOffset(-1000000);
+  ASSERT_EQ(offsetter.result->GetNumContours(), 1u);
+  // Every point lies at the radius from the squares' box, within the chord
+  // sag and two roundings.
+  for (const M3dBorderPointLong& p : *offsetter.result->GetFirstContour()) {
+    const double dx = std::max({0.0, 0.0 - p.x, p.x - 17100.0}),
+                 dy = std::max({0.0, 0.0 - p.y, p.y - 9100.0});
+    const double d = std::hypot(dx, dy);
+    ASSERT_GT(d, r - 1.5) << p.x << "," << p.y;
+    ASSERT_LT(d, r + 1.5) << p.x << "," << p.y;
+  }
+  const double width = 17100.0, height = 9100.0;
+  const double expected = width * height + 2.0 * (width + height) * r + kPi * r * r;
+  EXPECT_NEAR(TotalArea(*offsetter.result), expected, 2.0 * kPi * r * 1.5);
+}
+
+// A hole whose raw offset falls in a later group than its outer contour: that
+// group winds negatively inside the hole, so uniting the groups would fill the
+// hole; the offsetter unites all raw offsets at once instead and keeps it.
+TEST(Offsetter, AHoleInALaterGroupStaysAHole) {
+  M2dOffsetter offsetter;
+  AddRing(offsetter.input, testing_support::Rectangle(-150000000, -150000000, 150000000, 150000000));
+  AddSmallSquares(offsetter.input, 18, 10);
+  AddRing(offsetter.input, testing_support::Rectangle(-100000000, -100000000, 100000000, 100000000, false),
+          false);
+  offsetter.CreateOffset(-1000000);
+  ASSERT_EQ(offsetter.result->GetNumContours(), 3u);
+  double holes = 0.0;
+  for (const M3dBorderContourLong& c : *offsetter.result) {
+    if (!c.GetIsOuterContour())
+      holes += c.SurfaceAreaWithSignXY();
+  }
+  EXPECT_DOUBLE_EQ(holes, -198000000.0 * 198000000.0);
+}
+
 TEST(BorderFunctions, RemoveSelfIntersectionsKeepsEveryEnclosedArea) {
   M3dBorderLong border;
   AddRing(border, {{0, 0}, {10, 10}, {10, 0}, {0, 10}});
