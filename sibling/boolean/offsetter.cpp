@@ -191,34 +191,46 @@ void AddOffsetLoop(RawLoops& loops, const M3dBorderContourLong& c, int32_t dista
   }
 }
 
-// The region of positive winding of what was fed, appended to `rings`.
-void KeepPositive(M2dBoolean& engine, M3dBorderLong& rings) {
+// The region of positive winding of what was fed, appended to `rings`;
+// returns the least winding met.
+int32_t KeepPositive(M2dBoolean& engine, M3dBorderLong& rings) {
   engine.SplitClassifyAndFilter(0, M2dBoolean::kNoUpperBound);
   kelvor2d_detail::AppendRings(engine, rings);
+  return engine.LeastWinding();
 }
 
-// Unites ring sets as a binary counter does: a new set enters at level 0,
-// and two sets of one level become one of the next, so at most one set per
-// level is held. Uniting rings rounded to the grid moves the boundary by up
-// to a unit near the points rounded; that is the price of the bounded memory.
+int32_t UniteLoops(const RawLoops& loops, M3dBorderLong& rings) {
+  M2dBoolean engine;
+  loops.Feed(engine);
+  return KeepPositive(engine, rings);
+}
+
+// Unites groups of raw loops. Each group's union enters at level 0, and two
+// unions of one level become one of the next, as in a binary counter, so at
+// most one union per level is held. Uniting the unions is exact only when no
+// group winds negatively anywhere; and as they are rounded to the grid, the
+// boundary may move by up to a unit near their rounded points.
 class StagedUnion {
  public:
-  void Add(std::unique_ptr<M3dBorderLong> rings) {
+  bool Empty() const { return m_stages.empty(); }
+  // Adds the union of the loops; false, adding nothing, when some region of
+  // them winds negatively.
+  bool AddGroup(const RawLoops& loops) {
+    auto rings = std::make_unique<M3dBorderLong>();
+    if (UniteLoops(loops, *rings) < 0)
+      return false;
     int level = 0;
-    while (!m_stages.empty() && m_stages.back().level == level) {
+    for (; !m_stages.empty() && m_stages.back().level == level; ++level) {
       rings = Unite(*m_stages.back().rings, *rings);
       m_stages.pop_back();
-      ++level;
     }
     m_stages.push_back(Stage{level, std::move(rings)});
+    return true;
   }
   // Unites what is held into `result`.
   void Finish(M3dBorderLong& result) {
-    if (m_stages.empty())
-      return;
     std::unique_ptr<M3dBorderLong> all = std::move(m_stages.back().rings);
-    m_stages.pop_back();
-    for (; !m_stages.empty(); m_stages.pop_back())
+    for (m_stages.pop_back(); !m_stages.empty(); m_stages.pop_back())
       all = Unite(*m_stages.back().rings, *all);
     result.Swap(*all);
   }
@@ -240,18 +252,6 @@ class StagedUnion {
   }
 };
 
-// Unites the loops of one group into a new ring set; null when some region
-// of the group winds negatively, where uniting groups would not be exact.
-std::unique_ptr<M3dBorderLong> UniteGroup(const RawLoops& loops) {
-  M2dBoolean engine;
-  loops.Feed(engine);
-  auto rings = std::make_unique<M3dBorderLong>();
-  KeepPositive(engine, *rings);
-  if (engine.LeastWinding() < 0)
-    return nullptr;
-  return rings;
-}
-
 }  // namespace
 
 M2dOffsetter::M2dOffsetter() : result(&m_result) {}
@@ -264,34 +264,20 @@ void M2dOffsetter::CreateOffset(int32_t distance) {
   RawLoops loops;
   std::vector<Normal> normals;
   StagedUnion groups;
-  bool grouped = false;
   for (const M3dBorderContourLong& c : input) {
     AddOffsetLoop(loops, c, distance, s, normals);
     if (distance == 0 || loops.PointCount() < kGroupPoints)
       continue;
-    std::unique_ptr<M3dBorderLong> rings = UniteGroup(loops);
+    if (!groups.AddGroup(loops))
+      return OffsetInOnePass(distance);
     loops.Clear();
-    if (rings == nullptr) {
-      OffsetInOnePass(distance);
-      return;
-    }
-    groups.Add(std::move(rings));
-    grouped = true;
   }
-  if (!grouped) {
-    M2dBoolean engine;
-    loops.Feed(engine);
-    KeepPositive(engine, m_result);
+  if (groups.Empty()) {
+    UniteLoops(loops, m_result);
     return;
   }
-  if (loops.PointCount() > 0) {
-    std::unique_ptr<M3dBorderLong> rings = UniteGroup(loops);
-    if (rings == nullptr) {
-      OffsetInOnePass(distance);
-      return;
-    }
-    groups.Add(std::move(rings));
-  }
+  if (loops.PointCount() > 0 && !groups.AddGroup(loops))
+    return OffsetInOnePass(distance);
   groups.Finish(m_result);
 }
 
@@ -301,9 +287,7 @@ void M2dOffsetter::OffsetInOnePass(int32_t distance) {
   std::vector<Normal> normals;
   for (const M3dBorderContourLong& c : input)
     AddOffsetLoop(loops, c, distance, s, normals);
-  M2dBoolean engine;
-  loops.Feed(engine);
-  KeepPositive(engine, m_result);
+  UniteLoops(loops, m_result);
 }
 
 void M2dOffsetter::Clear() {
