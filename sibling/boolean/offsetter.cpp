@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -12,10 +13,11 @@ namespace {
 
 constexpr double kChordError = 0.5;
 constexpr double kPiHere = 3.141592653589793;
-// Raw offset points from which on contours are offset and united in groups
-// of about this many points, so that the engine never holds all raw offsets
-// at once (a few hundred bytes per point while it runs).
-constexpr size_t kGroupPoints = size_t{1} << 19;
+// Raw offset points up to which all raw offsets are united in one pass, and
+// the size of the groups united one by one beyond that, so that the engine
+// (a few hundred bytes per point while it runs) never holds all raw offsets.
+constexpr size_t kOnePassPoints = size_t{1} << 19;
+constexpr size_t kGroupPoints = size_t{1} << 15;
 
 struct Vertex {
   int64_t x;
@@ -252,6 +254,40 @@ class StagedUnion {
   }
 };
 
+// Appends the raw loops of the input's contours; false, stopping there, once
+// they hold more than `limit` points.
+bool AddRawLoops(RawLoops& loops, const M3dBorderLong& input, int32_t distance, size_t limit) {
+  const OffsetSide s = SideFor(distance);
+  std::vector<Normal> normals;
+  for (const M3dBorderContourLong& c : input) {
+    AddOffsetLoop(loops, c, distance, s, normals);
+    if (loops.PointCount() > limit)
+      return false;
+  }
+  return true;
+}
+
+// The offset through groups of raw loops; false, leaving `result` as it was,
+// when a group winds negatively.
+bool OffsetInGroups(const M3dBorderLong& input, int32_t distance, M3dBorderLong& result) {
+  const OffsetSide s = SideFor(distance);
+  std::vector<Normal> normals;
+  RawLoops loops;
+  StagedUnion groups;
+  for (const M3dBorderContourLong& c : input) {
+    AddOffsetLoop(loops, c, distance, s, normals);
+    if (loops.PointCount() < kGroupPoints)
+      continue;
+    if (!groups.AddGroup(loops))
+      return false;
+    loops.Clear();
+  }
+  if (loops.PointCount() > 0 && !groups.AddGroup(loops))
+    return false;
+  groups.Finish(result);
+  return true;
+}
+
 }  // namespace
 
 M2dOffsetter::M2dOffsetter() : result(&m_result) {}
@@ -260,33 +296,14 @@ M2dOffsetter::~M2dOffsetter() {}
 
 void M2dOffsetter::CreateOffset(int32_t distance) {
   m_result.MakeEmpty();
-  const OffsetSide s = SideFor(distance);
   RawLoops loops;
-  std::vector<Normal> normals;
-  StagedUnion groups;
-  for (const M3dBorderContourLong& c : input) {
-    AddOffsetLoop(loops, c, distance, s, normals);
-    if (distance == 0 || loops.PointCount() < kGroupPoints)
-      continue;
-    if (!groups.AddGroup(loops))
-      return OffsetInOnePass(distance);
+  const size_t limit = distance == 0 ? SIZE_MAX : kOnePassPoints;
+  if (!AddRawLoops(loops, input, distance, limit)) {
     loops.Clear();
+    if (OffsetInGroups(input, distance, m_result))
+      return;
+    AddRawLoops(loops, input, distance, SIZE_MAX);
   }
-  if (groups.Empty()) {
-    UniteLoops(loops, m_result);
-    return;
-  }
-  if (loops.PointCount() > 0 && !groups.AddGroup(loops))
-    return OffsetInOnePass(distance);
-  groups.Finish(m_result);
-}
-
-void M2dOffsetter::OffsetInOnePass(int32_t distance) {
-  const OffsetSide s = SideFor(distance);
-  RawLoops loops;
-  std::vector<Normal> normals;
-  for (const M3dBorderContourLong& c : input)
-    AddOffsetLoop(loops, c, distance, s, normals);
   UniteLoops(loops, m_result);
 }
 

@@ -28,8 +28,8 @@ class KELVOR2D_API M2dOffsetter {
   // clockwise, with status and order 0. Up to 2^19 raw offset points the
   // result is the exact region of positive winding of all raw offsets,
   // rounded to the grid once. Beyond that, contours are offset and united in
-  // groups and the groups' unions united in turn, so memory follows the
-  // largest group and the result, not the raw offsets; each union is rounded
+  // groups of about 2^15 points and the groups' unions united in turn, so
+  // memory follows a group and the result, not the raw offsets; each union is rounded
   // to the grid, which may move the boundary by up to a unit near crossings.
   // A group with a region of negative winding (where uniting groups would not
   // be exact) makes it unite all raw offsets at once instead.
@@ -39,7 +39,4 @@ class KELVOR2D_API M2dOffsetter {
 
  private:
   M3dBorderLong m_result;  // storage of *result
-
-  // The region of positive winding of all raw offsets, united at once.
-  void OffsetInOnePass(int32_t distance);
 };
