@@ -154,6 +154,23 @@ TEST(BooleanEngine, FedLinesTurnAtASharedCornerIntoTheirOwnWedge) {
     EXPECT_DOUBLE_EQ(RingArea(ring), 100.0);
 }
 
+// Lines of one direction out of (or into) a point tie: the first of the
+// point's list wins.
+TEST(BooleanEngine, UnpairedTurnsKeepTheFirstOfLinesInOneDirection) {
+  M2dGraph graph;
+  M2dGraphPoint* a = graph.GetGridPoint(0, 0);
+  M2dGraphPoint* p = graph.GetGridPoint(10, 0);
+  M2dGraphLineNode* in = graph.AddLine(a, p, false);
+  graph.AddLine(p, graph.GetGridPoint(20, 0), false);
+  graph.AddLine(p, graph.GetGridPoint(30, 0), false);
+  EXPECT_EQ(in->line.FindNextSegment(false), p->firstOut);
+  M2dGraphLineNode* out = p->firstOut;
+  graph.AddLine(graph.GetGridPoint(-10, 0), a, false);
+  graph.AddLine(graph.GetGridPoint(-20, 0), a, false);
+  EXPECT_EQ(in->line.FindPreviousSegment(false), a->firstIn);
+  EXPECT_EQ(out->line.FindPreviousSegment(false), in);
+}
+
 TEST(BooleanEngine, SharedEdgeMergesAndDifferenceLeavesNoSliver) {
   const std::vector<Loop> a = {Rectangle(0, 0, 10, 10)}, b = {Rectangle(10, 0, 20, 10)};
   M2dBoolean unite;
